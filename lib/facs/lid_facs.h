@@ -63,8 +63,9 @@ class CLidFacs {
 
  private:
   void drop_name();
-  int fill();
+  bool fill();
   void advance(int n);
+  void skip_to_stop(int available);
 
   char* name_ = nullptr;
   FILE* stream_ = nullptr;
