@@ -65,10 +65,12 @@ void clear_slots() {
 
 }  // namespace
 
-void* malloc_chk(int size) {
+void* malloc_chk(int size) { return malloc_chk_as(size, static_cast<size_t>(size)); }
+
+void* malloc_chk_as(int size, size_t nb_bytes) {
   if (size == 0) return nullptr;
   // A negative size is more than any machine has.
-  void* block = size < 0 ? nullptr : malloc(static_cast<size_t>(size));
+  void* block = size < 0 ? nullptr : malloc(nb_bytes);
   if (block == nullptr) {
     if (_MallocChkExitOnErr == 0) return nullptr;
     fprintf(stderr, kMsgNoMemory, size, _MallocChkNbBytes);

@@ -10,6 +10,8 @@
 #ifndef ORVA_LIB_UTIL_ACCOUNTING_H_
 #define ORVA_LIB_UTIL_ACCOUNTING_H_
 
+#include <cstddef>
+
 // The counters carry the library's prefix as symbols, so that the shared libraries can share them
 // without exporting anything outside that prefix.
 
@@ -26,6 +28,10 @@ extern "C" {
 
 // A block of `size` bytes; null for a size of 0, which allocates and counts nothing.
 void* malloc_chk(int size);
+
+// A block of `nb_bytes` that counts as `size`: for records that hold pointers, which take the room of the
+// 32-bit platform in every account and the room of this one in memory. Otherwise as malloc_chk.
+void* malloc_chk_as(int size, size_t nb_bytes);
 
 // Releases a block of `size` bytes, the size that its caller allocated; nothing checks it.
 void free_chk(void* block, int size);

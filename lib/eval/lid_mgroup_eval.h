@@ -1,0 +1,92 @@
+// CLidMGroupEval: scores a byte stream against every model of a group in one pass.
+//
+//   CLidMGroupEval eval(&group);
+//   if (eval.init() == 0) {                 // once per text
+//     eval.auto_init(text[0], text[1]);
+//     eval.auto_nexts(text + 2, length - 2);  // any number of times
+//     int best = -1;
+//     float ratio = eval.calcul_ratio(eval.get_lprobs(), &best);
+//   }
+//
+// An accumulator index below nb_models is a model; nb_models + f is fact set f, whose values count
+// for each of its models.
+//
+// Life cycle: built over a loaded group, which must outlive it; init before each text.
+// Threads:    one at a time; the position of the walk lives in the group.
+#ifndef ORVA_LIB_EVAL_LID_MGROUP_EVAL_H_
+#define ORVA_LIB_EVAL_LID_MGROUP_EVAL_H_
+
+#include <cstdint>
+
+#include "lib/eval/lid_mg_ev_ulp_acs.h"
+#include "lib/eval/lid_mg_lang.h"
+#include "lib/mgroup/lid_mgroup.h"
+
+class CLidMGroupEval : public CLidMGEvUlpAcs {
+ public:
+  // Cost of a byte that neither a trigram nor a unigram of a model explains.
+  static constexpr long double kUnseenCost = 30.0L;
+
+  explicit CLidMGroupEval(CLidMGroup* group);
+  ~CLidMGroupEval();
+
+  // Starts a new text. 0; -1 when an array could not be allocated.
+  int init();
+
+  // Places the automaton on the first two bytes of the text, which are not scored.
+  void auto_init(unsigned char c1, unsigned char c2);
+
+  // Feeds `n` bytes.
+  void auto_nexts(const unsigned char* buf, int n);
+
+  // Turns the pending integer sums into costs.
+  void int2flt();
+
+  // One score per accumulator index, the first nb_models of which mean something: the mean cost per
+  // byte. Not finite before the first byte. The array is overwritten by the next call.
+  float* get_lprobs();
+
+  // Index of the lowest score in `*best` (-1 when none is below 10000000) and the confidence ratio of
+  // its language. -1.0 without a winner, and without scores, when `*best` is left alone.
+  float calcul_ratio(const float* scores, int* best) const;
+
+  // Bytes fed and trigram values credited since init.
+  int total() const { return total_; }
+  int value_total() const { return value_total_; }
+  const CLidMGLang& languages() const { return *languages_; }
+
+ private:
+  void step(unsigned char c);
+  void credit(unsigned char c, uint32_t leaf);
+  void clear_seen(int byte);
+  void sum_unigrams();
+
+  CLidMGroup* group_;
+  int nb_models_;
+  int nb_facts_;
+  int nb_indices_;
+  CLidMGLang* languages_;
+  int byte_counts_[256];
+  int** seen_;           // per index, 256 counts of trigram values by last byte
+  float* cost_;
+  int* trigram_count_;
+  uint32_t* q_sum_;
+  int* q_count_;
+  float* scores_;
+  uint32_t* unigram_q_sum_;
+  int* unigram_count_;
+  int* spare_;
+  int total_ = 0;
+  int value_total_ = 0;
+  int ready_ = 0;
+};
+
+// Ratio of model `k` among all models of the group. -1.0 when k is no model.
+float calcul_ratio_model(const CLidMGroup* group, const float* scores, int k);
+
+// Ratio of model k's language, each language scored by its best model, or by its models' mean. -1.0
+// when k is no model, infinite when the grouping is not ready.
+float calcul_ratio_lng_max(const CLidMGLang* lang, const float* scores, int k);
+float calcul_ratio_lng_avg(const CLidMGLang* lang, const float* scores, int k);
+
+#endif  // ORVA_LIB_EVAL_LID_MGROUP_EVAL_H_
