@@ -1,0 +1,39 @@
+// The commands of the program, one function each. They print their results to standard output and
+// their errors, prefixed with "orva: ", to standard error.
+//
+// Results: 0 when every file got an answer, 1 when some got none, 2 for what could not be read,
+//          loaded or written.
+#ifndef ORVA_TOOLS_COMMANDS_H_
+#define ORVA_TOOLS_COMMANDS_H_
+
+#include <string>
+#include <vector>
+
+namespace orva {
+
+enum ExitStatus { kExitOk = 0, kExitNoAnswer = 1, kExitError = 2 };
+
+struct DetectOptions {
+  std::string models;              // folder of Model.grp and Model.stc; empty: the usual places
+  unsigned block = 4096;           // bytes fed at a time, 0 for the whole document at once
+  bool json = false;               // one JSON object a line
+  bool recursive = false;          // go into directories
+  std::vector<std::string> files;  // "-" is standard input
+};
+int run_detect(const DetectOptions& options);
+
+struct ScoreOptions {
+  std::string group;
+  bool strip_markup = false;
+  std::string file;
+};
+int run_score(const ScoreOptions& options);
+
+struct InfoOptions {
+  std::string file;
+};
+int run_info(const InfoOptions& options);
+
+}  // namespace orva
+
+#endif  // ORVA_TOOLS_COMMANDS_H_

@@ -1,0 +1,109 @@
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "lib/api/model_names.h"
+#include "lib/mgroup/group_format.h"
+#include "tools/commands.h"
+#include "tools/documents.h"
+#include "tools/group_files.h"
+#include "tools/report.h"
+
+namespace orva {
+namespace {
+
+constexpr char kGroupPrefix[] = "Package Lid";
+
+// The first bytes of a file, as far as there are any.
+std::string first_bytes(const std::string& path, size_t length) {
+  std::string start;
+  std::string ignored;
+  read_document(path, length, [&](const char* bytes, size_t got) {
+    start.assign(bytes, got);
+    return false;
+  }, &ignored);
+  return start;
+}
+
+void print_models(const CLidMGroup& group) {
+  printf("models: %d\n", group.nb_models);
+  printf("  index  name                  set  normlp     lpmin      grad\n");
+  for (int m = 0; m < group.nb_models; ++m) {
+    const CmgModel& model = group.models_part.models[m];
+    const std::string set =
+        model.fact_no == -1 ? "-" : std::to_string(model.fact_no - group.nb_models);
+    printf("  %5d  %-20s  %3s  %-9.6g  %-9.6g  %.6g\n", m, model.name, set.c_str(),
+           static_cast<double>(model.normlp), static_cast<double>(model.lpmin),
+           static_cast<double>(model.grad));
+  }
+}
+
+void print_fact_sets(const CLidMGroup& group) {
+  printf("fact sets: %d\n", group.models_part.nb_facts);
+  for (int f = 0; f < group.fact_table->nb_facts; ++f) {
+    printf("  %3d:", f);
+    for (int k = 0; k < group.fact_table->set_size[f]; ++k) {
+      printf(" %s", group.models_part.models[group.fact_table->set_first[f][k]].name);
+    }
+    printf("\n");
+  }
+}
+
+void print_automaton(const CLidMGroup& group) {
+  printf("automaton: %d internal states, %d trigrams, %d values (%.2f a trigram)\n",
+         group.nb_istates, group.lstates_tsize, group.lstates_vals_tsize,
+         static_cast<double>(group.lstates_vals_tsize) / group.lstates_tsize);
+  printf("  direct from %d bytes; %d direct tables, %d listed bytes\n", group.min_for_direct,
+         group.istates_dnxts_tsize / kNbBytes, group.istates_chrs_tsize);
+  printf("unigrams: %d values\n", group.unigram_part.uch_lps_buff_tsize);
+}
+
+const char* on_off(int flag) { return flag != 0 ? "on" : "off"; }
+
+int print_group(const std::string& path) {
+  CLidMGroup group;
+  const std::string why = load_group(path, &group);
+  if (!why.empty()) {
+    report_error(path, why);
+    return kExitError;
+  }
+  printf("%s: model group\n", path.c_str());
+  const CmgModels& part = group.models_part;
+  printf("switches: cut runs %s, fold capitals %s, drop digits %s, drop blanks %s\n",
+         on_off(part.rm_tridups), on_off(part.rm_caps), on_off(part.rm_digits),
+         on_off(part.rm_blks));
+  print_automaton(group);
+  print_fact_sets(group);
+  print_models(group);
+  for (const std::string& limit : exceeded_limits(group)) {
+    printf("warning: %s\n", limit.c_str());
+  }
+  return kExitOk;
+}
+
+int print_names(const std::string& path) {
+  std::vector<std::string> names;
+  std::string error;
+  if (!load_model_names(path, &names, &error)) {
+    report_error(path, "neither a model group nor a table of charset names: first line is not that "
+                       "of a model group; as names: " + error);
+    return kExitError;
+  }
+  printf("%s: charset names of %zu models\n", path.c_str(), names.size());
+  for (size_t i = 0; i < names.size(); ++i) printf("  %5zu  %s\n", i, names[i].c_str());
+  return kExitOk;
+}
+
+}  // namespace
+
+int run_info(const InfoOptions& options) {
+  std::string error;
+  if (!is_readable_file(options.file, &error)) {
+    report_error(options.file, error);
+    return kExitError;
+  }
+  const std::string start = first_bytes(options.file, sizeof kGroupPrefix - 1);
+  return start == kGroupPrefix ? print_group(options.file) : print_names(options.file);
+}
+
+}  // namespace orva

@@ -1,0 +1,17 @@
+// Results as JSON lines.
+#ifndef ORVA_TOOLS_JSON_OUTPUT_H_
+#define ORVA_TOOLS_JSON_OUTPUT_H_
+
+#include <string>
+
+#include "tools/classic.h"
+
+namespace orva {
+
+// One object without a newline. Bytes of `path` that are not UTF-8 are replaced there and given
+// whole, in hexadecimal, as path_bytes.
+std::string detection_json(const std::string& path, const Detection& detection);
+
+}  // namespace orva
+
+#endif  // ORVA_TOOLS_JSON_OUTPUT_H_
