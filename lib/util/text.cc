@@ -1,5 +1,7 @@
 #include "lib/util/text.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
@@ -101,9 +103,14 @@ int quick_tokenize(char* line, char** table) {
 }
 
 char* scan_int(char* text, int* value) {
+  // Read wide and clamped, so that digits beyond an int mean the same for every width.
+  long long wide = 0;
   int used = 0;
-  const int fields = sscanf(text, "%d %n", value, &used);
-  if (fields == 1) return text + used;
+  const int fields = sscanf(text, "%lld %n", &wide, &used);
+  if (fields == 1) {
+    *value = static_cast<int>(std::clamp<long long>(wide, INT_MIN, INT_MAX));
+    return text + used;
+  }
   if (fields == EOF) *value = -1;
   return nullptr;
 }
@@ -129,8 +136,9 @@ void table_revert_bytes(uint32_t* table, uint32_t count) {
 }
 
 int vert_order_idx(int row, int column, int nb_items, int nb_rows) {
-  // Nothing to index, and no division by zero, without items or rows.
-  if (nb_items < 1 || nb_rows < 1 || row < 0 || column < 0) return -1;
+  // No division by zero, and nothing before the first item.
+  if (nb_items < 0 || nb_rows < 1 || row < 0 || column < 0) return -1;
+  // Kept: without items, column 0 of several rows still answers 0.
   const int shorter = nb_items / nb_rows;
   const int nb_longer = nb_items % nb_rows;
   const int last = (nb_items - 1) / nb_rows;
@@ -157,8 +165,8 @@ int vprint_fprint_row(FILE* stream, int row, char* prefix, char* separator) {
   const std::vector<std::string>& rows = headers();
   for (size_t i = 0; i < rows.size(); ++i) {
     if (i + 1 < rows.size()) {
-      result = fprintf(stream, "%s%c", separator == nullptr ? " " : separator,
-                       char_at(rows[i], row));
+      result =
+          fprintf(stream, "%s%c", separator == nullptr ? " " : separator, char_at(rows[i], row));
     } else {
       result = fprintf(stream, "%c\n", char_at(rows[i], row));
     }

@@ -32,6 +32,7 @@ int quick_tokenize(char* line, char** table);
 
 // Read one value and return the text after it and the white space that follows. At the end of the
 // text they store -1, "" or 0.0 and return null; where the text holds no value they return null.
+// An integer beyond the range of int is taken as the nearest one.
 char* scan_int(char* text, int* value);
 char* scan_str(char* text, char* value);
 char* scan_float(char* text, float* value);
