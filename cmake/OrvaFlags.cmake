@@ -19,9 +19,8 @@ set(CMAKE_C_FLAGS_RELWITHDEBINFO "-O1 -g")
 
 add_compile_options(-ffp-contract=off)
 if(ORVA_32BIT)
-  add_compile_options(-m32 -msse2 -mfpmath=sse)
+  # -m32 -msse2 -mfpmath=sse come with the preset, before the compiler is examined.
   add_compile_definitions(_FILE_OFFSET_BITS=64)
-  add_link_options(-m32)
 endif()
 if(ORVA_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
