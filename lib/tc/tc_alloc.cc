@@ -33,16 +33,9 @@ void* new_block(int count, std::size_t elem_size, int counted) {
   const int real_bytes = product(count, elem_size);
   const int counted_bytes = product(count, static_cast<std::size_t>(counted));
   if (real_bytes < 0 || counted_bytes < 0) growth_failed(INT_MAX);
-  void* block = malloc_chk(counted_bytes);
+  void* block = malloc_chk_as(counted_bytes, static_cast<std::size_t>(real_bytes));
   if (block == nullptr) growth_failed(counted_bytes);
-  if (real_bytes == counted_bytes) return block;
-  // Wider pointers: the block grows beyond what it counts for.
-  void* wide = realloc(block, static_cast<std::size_t>(real_bytes));
-  if (wide == nullptr) {
-    free_chk(block, counted_bytes);
-    growth_failed(counted_bytes);
-  }
-  return wide;
+  return block;
 }
 
 void* grow_block(void* block, int old_count, int new_count, std::size_t elem_size, int counted) {
