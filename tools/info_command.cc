@@ -1,6 +1,4 @@
 #include <cstdio>
-#include <cstring>
-#include <memory>
 
 #include "lib/api/model_names.h"
 #include "lib/mgroup/group_format.h"
@@ -8,11 +6,13 @@
 #include "tools/documents.h"
 #include "tools/group_files.h"
 #include "tools/report.h"
+#include "tools/v25a_file.h"
 
 namespace orva {
 namespace {
 
 constexpr char kGroupPrefix[] = "Package Lid";
+constexpr char kModelPrefix[] = "V25a";
 
 // The first bytes of a file, as far as there are any.
 std::string first_bytes(const std::string& path, size_t length) {
@@ -81,12 +81,27 @@ int print_group(const std::string& path) {
   return kExitOk;
 }
 
+int print_model(const std::string& path) {
+  const V25aFile file = read_v25a(path);
+  if (!file.defect.empty()) {
+    report_error(path, "no valid trained model: " + file.defect);
+    return kExitError;
+  }
+  printf("%s: trained model\n", path.c_str());
+  printf("switches: %s\n", file.switches.empty() ? "none" : file.switches.c_str());
+  printf("weight: %s\n", file.weight.empty() ? "not noted" : file.weight.c_str());
+  printf("trigrams: %d, costs %.4f to %.4f\n", file.nb_trigrams, file.lowest_cost,
+         file.highest_cost);
+  for (const std::string& warning : file.warnings) printf("warning: %s\n", warning.c_str());
+  return kExitOk;
+}
+
 int print_names(const std::string& path) {
   std::vector<std::string> names;
   std::string error;
   if (!load_model_names(path, &names, &error)) {
-    report_error(path, "neither a model group nor a table of charset names: first line is not that "
-                       "of a model group; as names: " + error);
+    report_error(path, "neither a model group, nor a trained model, nor a table of charset names: "
+                       "the first line is of no model; as names: " + error);
     return kExitError;
   }
   printf("%s: charset names of %zu models\n", path.c_str(), names.size());
@@ -103,7 +118,8 @@ int run_info(const InfoOptions& options) {
     return kExitError;
   }
   const std::string start = first_bytes(options.file, sizeof kGroupPrefix - 1);
-  return start == kGroupPrefix ? print_group(options.file) : print_names(options.file);
+  if (start == kGroupPrefix) return print_group(options.file);
+  return start.starts_with(kModelPrefix) ? print_model(options.file) : print_names(options.file);
 }
 
 }  // namespace orva
