@@ -24,9 +24,41 @@ void add_score(CLI::App* app, orva::ScoreOptions* options) {
   command->add_option("FILE", options->file, "Document; - is standard input")->required();
 }
 
+// Shares lie in [0, 1] and the trigram weight in [0, 1): at 1 the single bytes would count nothing, and
+// a byte that was never seen would have no cost.
+const CLI::Validator kWeight(
+    [](std::string& text) {
+      float value = -1;
+      const bool ok = CLI::detail::lexical_cast(text, value) && value >= 0 && value < 1;
+      return ok ? std::string() : std::string("must be at least 0 and below 1");
+    },
+    "in [0, 1)");
+
+void add_train(CLI::App* app, orva::TrainOptions* options) {
+  CLI::App* command = app->add_subcommand("train", "Train one model from texts");
+  command->add_option("--output,-o", options->output, "Model file to write")->required();
+  command->add_option("--max-tri", options->max_tri, "Most trigrams kept")
+      ->check(CLI::Range(1, 100000000))
+      ->capture_default_str();
+  command->add_option("--min-freq", options->min_freq, "Fewest occurrences of a kept trigram")
+      ->check(CLI::NonNegativeNumber)
+      ->capture_default_str();
+  command->add_option("--weight", options->weight, "Weight of the trigram against the single byte")
+      ->check(kWeight)
+      ->capture_default_str();
+  command->add_option("--coverage", options->coverage, "Share of the text that kept trigrams cover")
+      ->check(CLI::Range(0.0F, 1.0F))
+      ->capture_default_str();
+  command->add_option("--preprocess", options->preprocess,
+                      "D cut runs, C fold capitals, X drop digits, B drop blanks")
+      ->capture_default_str();
+  command->add_option("--charset", options->charset, "Convert UTF-8 texts to this charset first");
+  command->add_option("TEXT", options->texts, "Training texts")->required();
+}
+
 void add_info(CLI::App* app, orva::InfoOptions* options) {
   CLI::App* command = app->add_subcommand("info", "Tell what a model file holds");
-  command->add_option("FILE", options->file, "Model group or Model.stc")->required();
+  command->add_option("FILE", options->file, "Model group, Model.stc or trained model")->required();
 }
 
 }  // namespace
@@ -37,9 +69,11 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   orva::DetectOptions detect;
   orva::ScoreOptions score;
+  orva::TrainOptions train;
   orva::InfoOptions info;
   add_detect(&app, &detect);
   add_score(&app, &score);
+  add_train(&app, &train);
   add_info(&app, &info);
   try {
     app.parse(argc, argv);
@@ -48,5 +82,6 @@ int main(int argc, char** argv) {
   }
   if (app.got_subcommand("detect")) return orva::run_detect(detect);
   if (app.got_subcommand("score")) return orva::run_score(score);
+  if (app.got_subcommand("train")) return orva::run_train(train);
   return orva::run_info(info);
 }

@@ -121,6 +121,7 @@ void CTrichrModel::build(CLidFacs& facs, int max_tri, int min_freq, float tri_we
   const int start = milliseconds();
   const int nb_bytes = count_text(facs, counter, verbose != 0);
   const int count = static_cast<int>(counter.nb_trigrams());
+  training = {nb_bytes, count, counter.nb_bigrams()};
   if (verbose != 0) {
     fprintf(stderr, kMsgCounted, nb_bytes, count, counter.nb_bigrams(),
             str_time(milliseconds() - start));

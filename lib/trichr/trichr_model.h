@@ -31,6 +31,17 @@ enum TrichrResult {
   kTrichrBadFormat = -3,
 };
 
+namespace orva {
+
+// What one training counted, in the text as it was preprocessed.
+struct TrainingCounts {
+  int nb_bytes = 0;     // bytes that end a counted trigram
+  int nb_trigrams = 0;  // distinct ones
+  int nb_bigrams = 0;   // distinct pairs that begin a trigram
+};
+
+}  // namespace orva
+
 class CTrichrModel : public CHashTable {
  public:
   static constexpr int kNbBytes = 256;
@@ -73,6 +84,7 @@ class CTrichrModel : public CHashTable {
   float uch_lps[kNbBytes] = {};
   float lp_const = 0.0f;
   int verbose = 0;
+  orva::TrainingCounts training;  // of the last build
 
  private:
   int load_stream(FILE* stream);
