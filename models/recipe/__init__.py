@@ -1,0 +1,1 @@
+"""The recipe that turns Debian packages into Orva's models; see models/SOURCES.md."""

@@ -1,0 +1,52 @@
+"""The fact-set file, the group and its table."""
+
+import os
+import subprocess
+
+from .training import TrainedModel
+
+
+def write_facts(groups, path):
+    """One set a line: full names, so that no name is the beginning of another model's."""
+    with open(path, "w", encoding="ascii", newline="\n") as file:
+        for group in groups:
+            file.write("\t".join(model.name for model in group) + "\n")
+
+
+def compile_group(program, paths, facts, folder, verbose):
+    """Compiles Model.grp and names its charsets in Model.stc."""
+    command = [program, "group", "-o", os.path.join(folder, "Model.grp"), "--facts", facts,
+               "--stc", os.path.join(folder, "Model.stc")]
+    subprocess.run(command + (["-v"] if verbose else []) + paths, check=True)
+
+
+def values_per_trigram(paths, groups):
+    """(trigrams, values without sets, values left with sets, most values of one trigram)."""
+    set_of = {model.name: i for i, group in enumerate(groups) for model in group}
+    size_of = [len(group) for group in groups]
+    holders = {}
+    for path in paths:
+        name = os.path.basename(path)
+        for trigram, cost in TrainedModel(path).costs.items():
+            # A step is 13/256 of the range that all models share.
+            holders.setdefault(trigram, []).append((set_of.get(name, -1), int(cost * 256 / 13 + 0.5)))
+    before = after = most = 0
+    for entries in holders.values():
+        before += len(entries)
+        by_set = {}
+        for owner, value in entries:
+            by_set.setdefault(owner, []).append(value)
+        left = 0
+        for owner, values in by_set.items():
+            shared = owner >= 0 and len(values) == size_of[owner] and len(set(values)) == 1
+            left += 1 if shared else len(values)
+        after += left
+        most = max(most, left)
+    return len(holders), before, after, most
+
+
+def print_table(table, paths):
+    """One line a model: bytes of its file, trigrams."""
+    for model, path in zip(table, paths):
+        print("%-22s %9d bytes %7d trigrams" % (model.name, os.path.getsize(path),
+                                                len(TrainedModel(path).costs)))

@@ -1,0 +1,93 @@
+"""Trains the models with `orva train` and makes their costs comparable.
+
+Two models of a set share a value only if its quantised byte is the same in both, so the models that
+`orva train` writes are adjusted before they are grouped: every model gets the same smallest and
+largest cost, hence the same step, and the models of a set the same costs for all trigrams of ASCII
+bytes, which are the same text in all of them.
+"""
+
+import collections
+import multiprocessing
+import os
+import subprocess
+
+WEIGHT = 0.99
+PREPROCESS = "DCX"
+LOWEST, HIGHEST = 0.0, 12.0
+_FOLD = bytes(b + 32 if 65 <= b <= 90 else b for b in range(256))
+_HEAD_LINES = 35  # the header, a scalar, 32 lines of byte costs, two scalars
+
+
+def least_frequency(path, keep):
+    """The frequency that about `keep` trigrams of the text reach."""
+    with open(path, "rb") as file:
+        data = file.read().translate(_FOLD, b"0123456789")
+    counts = sorted(collections.Counter(zip(data, data[1:], data[2:])).values(), reverse=True)
+    return counts[keep] + 1 if len(counts) > keep else 1
+
+
+def _train(job):
+    program, text, model, frequency = job
+    subprocess.run([program, "train", "-o", model, "--min-freq", str(frequency), "--weight",
+                    str(WEIGHT), "--preprocess", PREPROCESS, text], check=True,
+                   stdout=subprocess.DEVNULL)
+
+
+class TrainedModel:
+    """A model file: its head as it stands and the costs by trigram."""
+
+    def __init__(self, path):
+        with open(path, encoding="ascii") as file:
+            lines = file.read().split("\n")[:-1]
+        self.head = lines[:_HEAD_LINES]
+        entries = (line.split("\t") for line in lines[_HEAD_LINES:])
+        self.costs = {trigram: float(cost) for cost, trigram in entries}
+
+    def write(self, path):
+        """Writes the file; the order of trigrams is kept."""
+        with open(path, "w", encoding="ascii", newline="\n") as file:
+            file.writelines(line + "\n" for line in self.head)
+            file.writelines("%6.4f\t%s\n" % (c, trigram) for trigram, c in self.costs.items())
+
+    def clamp(self):
+        """Brings all costs between the ends and both ends into use."""
+        costs = self.costs
+        for trigram, cost in costs.items():
+            costs[trigram] = min(cost, HIGHEST)
+        costs[min(costs, key=costs.get)] = LOWEST
+        costs[max(costs, key=costs.get)] = HIGHEST
+
+
+def _is_ascii(trigram):
+    return all(trigram[i] < "8" for i in (0, 2, 4))
+
+
+def share_ascii(members):
+    """Gives the models of a set the same ASCII trigrams, each at the first one's cost."""
+    common = {}
+    for model in members:
+        for trigram, cost in model.costs.items():
+            if _is_ascii(trigram):
+                common.setdefault(trigram, cost)
+    for model in members:
+        own = {t: c for t, c in model.costs.items() if not _is_ascii(t)}
+        model.costs = {**common, **own}
+
+
+def train(program, table, groups, texts, folder):
+    """Trains all models of the table from texts/NAME.txt into `folder`."""
+    raw = os.path.join(folder, "raw")
+    os.makedirs(raw, exist_ok=True)
+    path_of = {model.name: os.path.join(texts, model.name + ".txt") for model in table}
+    with multiprocessing.Pool(2) as pool:
+        chosen = pool.starmap(least_frequency, [(path_of[m.name], m.keep) for m in table], 1)
+        frequency = dict(zip((model.name for model in table), chosen))
+        pool.map(_train, [(program, path_of[m.name], os.path.join(raw, m.name), frequency[m.name])
+                          for m in table], 1)
+    trained = {model.name: TrainedModel(os.path.join(raw, model.name)) for model in table}
+    for group in groups:
+        share_ascii([trained[model.name] for model in group])
+    for name, model in trained.items():
+        model.clamp()
+        model.write(os.path.join(folder, name))
+    return [os.path.join(folder, model.name) for model in table]
