@@ -42,8 +42,7 @@ ClassicDetector::~ClassicDetector() { close_group(handle_); }
 bool ClassicDetector::open(const std::string& dir) {
   const std::string names_path = dir + "/Model.stc";
   std::string error;
-  if (!is_readable_file(names_path, &error) ||
-      !load_model_names(names_path, &charsets_, &error)) {
+  if (!is_readable_file(names_path, &error) || !load_model_names(names_path, &charsets_, &error)) {
     report_error(names_path, error);
     return false;
   }

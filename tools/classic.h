@@ -12,13 +12,13 @@
 namespace orva {
 
 struct Detection {
-  int model = -1;            // index in the group, -1 when nothing won
-  std::string charset;       // as Model.stc names it
-  std::string language;      // two letters
+  int model = -1;        // index in the group, -1 when nothing won
+  std::string charset;   // as Model.stc names it
+  std::string language;  // two letters
   std::string model_name;
-  double confidence = 0;     // ratio of the language against the others
-  double cost = 0;           // mean cost per byte
-  uint64_t bytes = 0;        // bytes of the document that were read
+  double confidence = 0;  // ratio of the language against the others
+  double cost = 0;        // mean cost per byte
+  uint64_t bytes = 0;     // bytes of the document that were read
 };
 
 // A model group with its charset names.

@@ -31,12 +31,12 @@ int run_score(const ScoreOptions& options);
 
 struct TrainOptions {
   std::string output;
-  int max_tri = 4000;         // most trigrams kept
-  int min_freq = 0;           // fewest occurrences of a kept trigram, 0 for any
-  float weight = 0.9F;        // of the trigram against the single byte, in [0, 1)
-  float coverage = 0;         // share of the text that kept trigrams cover, 0 for no such rule
+  int max_tri = 4000;   // most trigrams kept
+  int min_freq = 0;     // fewest occurrences of a kept trigram, 0 for any
+  float weight = 0.9F;  // of the trigram against the single byte, in [0, 1)
+  float coverage = 0;   // share of the text that kept trigrams cover, 0 for no such rule
   std::string preprocess = "DCX";
-  std::string charset;        // convert from UTF-8 to it first; empty: texts are taken as they are
+  std::string charset;  // convert from UTF-8 to it first; empty: texts are taken as they are
   std::vector<std::string> texts;
 };
 int run_train(const TrainOptions& options);

@@ -51,8 +51,8 @@ int run_detect(const DetectOptions& options) {
       continue;
     }
     if (detection.model < 0) unanswered = true;
-    const std::string line = options.json ? detection_json(files[i], detection)
-                                          : text_line(files[i], detection);
+    const std::string line =
+        options.json ? detection_json(files[i], detection) : text_line(files[i], detection);
     printf("%s\n", line.c_str());
   }
   if (failed) return kExitError;

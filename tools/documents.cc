@@ -51,7 +51,6 @@ bool add_directory(const std::string& dir, std::vector<std::string>* files) {
   return ok;
 }
 
-
 // Reads up to `limit` bytes, or to the end, taking memory only as the bytes come.
 void read_block(FILE* stream, size_t limit, std::vector<char>* bytes) {
   bytes->clear();

@@ -9,8 +9,8 @@
 
 namespace orva {
 
-// Replaces directories by the files below them, in order of their names, when `recursive`. Names that
-// cannot be used are reported; `*failed` is then set.
+// Replaces directories by the files below them, in order of their names, when `recursive`. Names
+// that cannot be used are reported; `*failed` is then set.
 std::vector<std::string> expand_documents(const std::vector<std::string>& names, bool recursive,
                                           bool* failed);
 

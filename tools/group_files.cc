@@ -52,8 +52,10 @@ std::string leaf_limit(const CLidMGroup& group) {
     }
   }
   if (worst < 0) return {};
-  return std::to_string(nb_over) + " trigrams have more than 127 values and count for no model; "
-         "the worst, " + path_to_leaf(group, worst) + ", has " + std::to_string(worst_count) +
+  return std::to_string(nb_over) +
+         " trigrams have more than 127 values and count for no model; "
+         "the worst, " +
+         path_to_leaf(group, worst) + ", has " + std::to_string(worst_count) +
          " (fact sets let models share values)";
 }
 
@@ -69,7 +71,8 @@ std::string load_group(const std::string& path, CLidMGroup* group) {
   if (stream == nullptr) return strerror(errno);
   _MallocChkExitOnErr = 0;
   std::string why;
-  return group->load(stream.get(), &why) == kGroupOk ? std::string() : "no valid model group: " + why;
+  return group->load(stream.get(), &why) == kGroupOk ? std::string()
+                                                     : "no valid model group: " + why;
 }
 
 std::string refusal_of_group(const std::string& path) {

@@ -18,10 +18,13 @@ constexpr char kModelPrefix[] = "V25a";
 std::string first_bytes(const std::string& path, size_t length) {
   std::string start;
   std::string ignored;
-  read_document(path, length, [&](const char* bytes, size_t got) {
-    start.assign(bytes, got);
-    return false;
-  }, &ignored);
+  read_document(
+      path, length,
+      [&](const char* bytes, size_t got) {
+        start.assign(bytes, got);
+        return false;
+      },
+      &ignored);
   return start;
 }
 
@@ -100,8 +103,10 @@ int print_names(const std::string& path) {
   std::vector<std::string> names;
   std::string error;
   if (!load_model_names(path, &names, &error)) {
-    report_error(path, "neither a model group, nor a trained model, nor a table of charset names: "
-                       "the first line is of no model; as names: " + error);
+    report_error(path,
+                 "neither a model group, nor a trained model, nor a table of charset names: "
+                 "the first line is of no model; as names: " +
+                     error);
     return kExitError;
   }
   printf("%s: charset names of %zu models\n", path.c_str(), names.size());

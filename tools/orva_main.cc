@@ -8,8 +8,9 @@ namespace {
 void add_detect(CLI::App* app, orva::DetectOptions* options) {
   CLI::App* command = app->add_subcommand("detect", "Name charset and language of documents");
   command->add_option("--models", options->models, "Folder of Model.grp and Model.stc");
-  command->add_option("--block", options->block,
-                      "Bytes fed at a time, 0 for the whole document at once")
+  command
+      ->add_option("--block", options->block,
+                   "Bytes fed at a time, 0 for the whole document at once")
       ->check(CLI::Range(0U, 0x7FFFFFFFU))
       ->capture_default_str();
   command->add_flag("--json", options->json, "Print one JSON object a line");
@@ -24,8 +25,8 @@ void add_score(CLI::App* app, orva::ScoreOptions* options) {
   command->add_option("FILE", options->file, "Document; - is standard input")->required();
 }
 
-// Shares lie in [0, 1] and the trigram weight in [0, 1): at 1 the single bytes would count nothing, and
-// a byte that was never seen would have no cost.
+// Shares lie in [0, 1] and the trigram weight in [0, 1): at 1 the single bytes would count nothing,
+// and a byte that was never seen would have no cost.
 const CLI::Validator kWeight(
     [](std::string& text) {
       float value = -1;
@@ -49,8 +50,9 @@ void add_train(CLI::App* app, orva::TrainOptions* options) {
   command->add_option("--coverage", options->coverage, "Share of the text that kept trigrams cover")
       ->check(CLI::Range(0.0F, 1.0F))
       ->capture_default_str();
-  command->add_option("--preprocess", options->preprocess,
-                      "D cut runs, C fold capitals, X drop digits, B drop blanks")
+  command
+      ->add_option("--preprocess", options->preprocess,
+                   "D cut runs, C fold capitals, X drop digits, B drop blanks")
       ->capture_default_str();
   command->add_option("--charset", options->charset, "Convert UTF-8 texts to this charset first");
   command->add_option("TEXT", options->texts, "Training texts")->required();

@@ -25,11 +25,20 @@ struct Switches {
 bool parse_switches(const std::string& letters, Switches* switches) {
   for (const char letter : letters) {
     switch (letter) {
-      case 'D': switches->tridups = 1; break;
-      case 'C': switches->caps = 1; break;
-      case 'X': switches->digits = 1; break;
-      case 'B': switches->blks = 1; break;
-      default: return false;
+      case 'D':
+        switches->tridups = 1;
+        break;
+      case 'C':
+        switches->caps = 1;
+        break;
+      case 'X':
+        switches->digits = 1;
+        break;
+      case 'B':
+        switches->blks = 1;
+        break;
+      default:
+        return false;
     }
   }
   return true;

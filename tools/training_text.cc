@@ -56,7 +56,8 @@ size_t TrainingText::read(char* buffer, size_t size) {
   return count;
 }
 
-// Puts further bytes into ready_, if only none. False at the end of the last file or after a failure.
+// Puts further bytes into ready_, if only none. False at the end of the last file or after a
+// failure.
 bool TrainingText::refill() {
   ready_.clear();
   ready_at_ = 0;
@@ -110,8 +111,8 @@ bool TrainingText::convert_line(size_t length) {
   }
   if (result == kBadInput) {
     const bool in_carried = converted.offset < carried_;
-    const uint64_t offset =
-        in_carried ? carried_offset_ + converted.offset : file_offset_ + converted.offset - carried_;
+    const uint64_t offset = in_carried ? carried_offset_ + converted.offset
+                                       : file_offset_ + converted.offset - carried_;
     const size_t path = in_carried ? next_path_ - 2 : next_path_ - 1;
     return fail(paths_[path], "invalid UTF-8 at byte " + std::to_string(offset));
   }

@@ -53,13 +53,13 @@ class TrainingText {
   FILE* stream_ = nullptr;
   FILE* file_ = nullptr;
   size_t next_path_ = 0;
-  uint64_t all_bytes_ = 0;   // sizes of the files, as far as they are known
+  uint64_t all_bytes_ = 0;  // sizes of the files, as far as they are known
   uint64_t read_bytes_ = 0;
-  uint64_t file_offset_ = 0; // of the first byte of line_ that came from this file
-  size_t carried_ = 0;       // bytes of line_ that came from the file before
+  uint64_t file_offset_ = 0;  // of the first byte of line_ that came from this file
+  size_t carried_ = 0;        // bytes of line_ that came from the file before
   uint64_t carried_offset_ = 0;
-  std::string line_;         // UTF-8 not yet converted
-  std::string ready_;        // bytes to hand out
+  std::string line_;   // UTF-8 not yet converted
+  std::string ready_;  // bytes to hand out
   size_t ready_at_ = 0;
   uint64_t delivered_ = 0;
   uint64_t dropped_ = 0;

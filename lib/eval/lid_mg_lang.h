@@ -3,7 +3,8 @@
 //   CLidMGLang languages(names, nb_models, 2);
 //   languages.members(languages.model_group[m]);  // the models of model m's language
 //
-// Life cycle: complete after construction; not ready, with no groups, when it was given no models or
+// Life cycle: complete after construction; not ready, with no groups, when it was given no models
+// or
 //             its labels could not be allocated.
 #ifndef ORVA_LIB_EVAL_LID_MG_LANG_H_
 #define ORVA_LIB_EVAL_LID_MG_LANG_H_
@@ -20,12 +21,12 @@ class CLidMGGrouping {
 
   int nb_models = 0;
   int nb_groups = 0;
-  int key_length = 0;            // characters of the language code, or where the charset begins
-  char* labels[kMaxModels];      // label of each group, in label_buffer
+  int key_length = 0;        // characters of the language code, or where the charset begins
+  char* labels[kMaxModels];  // label of each group, in label_buffer
   char* label_buffer = nullptr;
-  int model_group[kMaxModels];   // group of each model
-  int members[kMaxModels];       // model numbers, group by group
-  int* member_lists[kMaxModels]; // start of each group's run in members
+  int model_group[kMaxModels];    // group of each model
+  int members[kMaxModels];        // model numbers, group by group
+  int* member_lists[kMaxModels];  // start of each group's run in members
   int member_counts[kMaxModels];
   int ready = 0;
 

@@ -1,5 +1,6 @@
 #include "lib/eval/lid_mgroup_eval.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -7,8 +8,6 @@
 #include "lib/util/accounting.h"
 
 namespace {
-
-constexpr int kRowSize = 256 * 4;
 
 // Counters and sums wrap at 32 bits.
 int wrapping_add(int a, int b) {
@@ -41,6 +40,7 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
       nb_facts_(group->models_part.nb_facts),
       nb_indices_(nb_models_ + nb_facts_),
       languages_(group_languages(*group)),
+      credits_(nb_indices_),
       cost_(array_of<float>(nb_indices_)),
       trigram_count_(array_of<int>(nb_indices_)),
       q_sum_(array_of<uint32_t>(nb_indices_)),
@@ -49,21 +49,17 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
       unigram_q_sum_(array_of<uint32_t>(nb_indices_)),
       unigram_count_(array_of<int>(nb_indices_)),
       spare_(array_of<int>(nb_indices_)) {
-  seen_ = static_cast<int**>(
-      malloc_chk_as(nb_indices_ * 4, static_cast<size_t>(nb_indices_) * sizeof(int*)));
-  bool ok = seen_ != nullptr;
-  for (int i = 0; i < nb_indices_ && seen_ != nullptr; ++i) {
-    seen_[i] = static_cast<int*>(malloc_chk(kRowSize));
-    if (seen_[i] == nullptr) ok = false;
-    // Rows are cleared whole here once; init then clears only what scoring reads.
-    if (seen_[i] != nullptr) memset(seen_[i], 0, kRowSize);
-  }
-  ok = ok && cost_ != nullptr && trigram_count_ != nullptr && q_sum_ != nullptr &&
-       q_count_ != nullptr && scores_ != nullptr && unigram_q_sum_ != nullptr &&
-       unigram_count_ != nullptr && spare_ != nullptr && unigrams_ready() &&
-       languages_->ready != 0;
+  const bool ok = credits_.ok() && cost_ != nullptr && trigram_count_ != nullptr &&
+                  q_sum_ != nullptr && q_count_ != nullptr && scores_ != nullptr &&
+                  unigram_q_sum_ != nullptr && unigram_count_ != nullptr && spare_ != nullptr &&
+                  unigrams_ready() && languages_->ready != 0;
   memset(byte_counts_, 0, sizeof byte_counts_);
   ready_ = ok ? 1 : 0;
+  if (ok) {
+    index_ = std::make_unique<orva::TrigramIndex>();
+    if (!index_->build(*group)) index_.reset();
+    if (index_ != nullptr) counter_ = std::make_unique<orva::RunCounter>(index_.get());
+  }
   init();
 }
 
@@ -77,11 +73,6 @@ CLidMGroupEval::~CLidMGroupEval() {
   release(unigram_count_, nb_indices_);
   release(spare_, nb_indices_);
   delete languages_;
-  if (seen_ == nullptr) return;
-  for (int i = 0; i < nb_indices_; ++i) {
-    if (seen_[i] != nullptr) free_chk(seen_[i], kRowSize);
-  }
-  free_chk(seen_, nb_indices_ * 4);
 }
 
 int CLidMGroupEval::init() {
@@ -90,7 +81,7 @@ int CLidMGroupEval::init() {
   value_total_ = 0;
   for (int b = 0; b < orva::kNbBytes; ++b) {
     // A byte that did not occur was credited no trigram.
-    if (byte_counts_[b] != 0) clear_seen(b);
+    if (byte_counts_[b] != 0) credits_.clear_row(b);
     byte_counts_[b] = 0;
   }
   for (int i = 0; i < nb_indices_; ++i) {
@@ -100,14 +91,6 @@ int CLidMGroupEval::init() {
     q_count_[i] = 0;
   }
   return 0;
-}
-
-void CLidMGroupEval::clear_seen(int byte) {
-  const UlpEntry* entry = byte_first(byte);
-  for (int k = 0; k < byte_count(byte); ++k, ++entry) {
-    seen_[entry->model][byte] = 0;
-    seen_[entry->group][byte] = 0;
-  }
 }
 
 void CLidMGroupEval::auto_init(unsigned char c1, unsigned char c2) {
@@ -141,25 +124,9 @@ void CLidMGroupEval::step(unsigned char c) {
   g.walk_last_byte = c;
 }
 
-void CLidMGroupEval::credit(unsigned char c, uint32_t leaf) {
-  // Kept: the number of values is a signed byte, so a leaf with 128 or more of them credits none.
-  const int count = orva::leaf_count(leaf);
-  if (count <= 0) return;
-  const uint16_t* values = group_->lstates_vals + orva::leaf_first(leaf);
-  for (int v = count - 1; v >= 0; --v) {
-    const int index = orva::value_index(values[v]);
-    ++seen_[index][c];
-    q_sum_[index] += orva::value_cost(values[v]);
-    ++q_count_[index];
-  }
-  value_total_ = wrapping_add(value_total_, count);
-}
-
-void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
-  if (ready_ == 0) return;
+// Feeds bytes one transition after the other.
+void CLidMGroupEval::walk(const unsigned char* buf, int n) {
   CLidMGroup& g = *group_;
-  // Kept: sums wrap at 32 bits, as their types always have.
-  total_ = wrapping_add(total_, n);
   for (int i = 0; i < n; ++i) {
     const unsigned char c = buf[i];
     ++byte_counts_[c];
@@ -171,9 +138,48 @@ void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
     const int leaf = next - g.nb_istates;
     g.walk_last_byte = c;
     g.walk_state = g.def_so[leaf];
-    credit(c, g.lstates[leaf]);
+    value_total_ = wrapping_add(value_total_, credits_.add(g, g.lstates[leaf], c));
+  }
+}
+
+// Feeds a run of bytes by their trigrams alone. Only the first byte needs the state.
+void CLidMGroupEval::run(const unsigned char* buf, int n) {
+  CLidMGroup& g = *group_;
+  const auto before = static_cast<unsigned>(g.walk_last_byte);
+  walk(buf, 1);
+  if (n == 1) return;
+  counter_->count(before << 8 | buf[0], buf + 1, n - 1, byte_counts_);
+  const uint32_t credited = credits_.add(g, *index_, counter_->leaves());
+  value_total_ = wrapping_add(value_total_, static_cast<int>(credited));
+  g.walk_state = index_->state_after(static_cast<unsigned>(buf[n - 2]) << 8 | buf[n - 1]);
+  g.walk_last_byte = buf[n - 1];
+}
+
+void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
+  if (ready_ == 0) return;
+  // Kept: sums wrap at 32 bits, as their types always have.
+  total_ = wrapping_add(total_, n);
+  while (n > 0) {
+    const int length = std::min(n, orva::RunCounter::kMaxRun);
+    if (index_ != nullptr && index_->is_consistent(group_->walk_state, group_->walk_last_byte)) {
+      run(buf, length);
+    } else {
+      walk(buf, length);
+    }
+    take_credits();
+    buf += length;
+    n -= length;
   }
   int2flt();
+}
+
+// Moves what a run has credited to the pending sums.
+void CLidMGroupEval::take_credits() {
+  for (int i = 0; i < nb_indices_; ++i) {
+    q_sum_[i] += credits_.q_sum(i);
+    q_count_[i] = wrapping_add(q_count_[i], static_cast<int>(credits_.q_count(i)));
+  }
+  credits_.take_sums();
 }
 
 void CLidMGroupEval::int2flt() {
@@ -205,14 +211,14 @@ void CLidMGroupEval::sum_unigrams() {
   memset(unigram_count_, 0, static_cast<size_t>(nb_indices_) * 4);
   for (int b = 0; b < orva::kNbBytes; ++b) {
     if (byte_counts_[b] == 0) continue;
+    const uint32_t* credited = credits_.row(b);
     const UlpEntry* entry = byte_first(b);
     for (int k = 0; k < byte_count(b); ++k, ++entry) {
-      int uncovered = wrapping_add(byte_counts_[b], -seen_[entry->model][b]);
-      if (entry->group != entry->model) {
-        uncovered = wrapping_add(uncovered, -seen_[entry->group][b]);
-      }
-      unigram_q_sum_[entry->model] += uint32_t{entry->q} * static_cast<uint32_t>(uncovered);
-      unigram_count_[entry->model] = wrapping_add(unigram_count_[entry->model], uncovered);
+      uint32_t uncovered = byte_counts_[b] - credited[entry->model];
+      if (entry->group != entry->model) uncovered -= credited[entry->group];
+      unigram_q_sum_[entry->model] += entry->q * uncovered;
+      unigram_count_[entry->model] =
+          wrapping_add(unigram_count_[entry->model], static_cast<int>(uncovered));
     }
   }
 }

@@ -17,9 +17,13 @@
 #define ORVA_LIB_EVAL_LID_MGROUP_EVAL_H_
 
 #include <cstdint>
+#include <memory>
 
+#include "lib/eval/credit_table.h"
 #include "lib/eval/lid_mg_ev_ulp_acs.h"
 #include "lib/eval/lid_mg_lang.h"
+#include "lib/eval/run_counter.h"
+#include "lib/eval/trigram_index.h"
 #include "lib/mgroup/lid_mgroup.h"
 
 class CLidMGroupEval : public CLidMGEvUlpAcs {
@@ -46,8 +50,8 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   // byte. Not finite before the first byte. The array is overwritten by the next call.
   float* get_lprobs();
 
-  // Index of the lowest score in `*best` (-1 when none is below 10000000) and the confidence ratio of
-  // its language. -1.0 without a winner, and without scores, when `*best` is left alone.
+  // Index of the lowest score in `*best` (-1 when none is below 10000000) and the confidence ratio
+  // of its language. -1.0 without a winner, and without scores, when `*best` is left alone.
   float calcul_ratio(const float* scores, int* best) const;
 
   // Bytes fed and trigram values credited since init.
@@ -57,8 +61,9 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
 
  private:
   void step(unsigned char c);
-  void credit(unsigned char c, uint32_t leaf);
-  void clear_seen(int byte);
+  void walk(const unsigned char* buf, int n);
+  void run(const unsigned char* buf, int n);
+  void take_credits();
   void sum_unigrams();
 
   CLidMGroup* group_;
@@ -66,8 +71,8 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   int nb_facts_;
   int nb_indices_;
   CLidMGLang* languages_;
-  int byte_counts_[256];
-  int** seen_;           // per index, 256 counts of trigram values by last byte
+  uint32_t byte_counts_[256];
+  orva::CreditTable credits_;
   float* cost_;
   int* trigram_count_;
   uint32_t* q_sum_;
@@ -79,6 +84,9 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   int total_ = 0;
   int value_total_ = 0;
   int ready_ = 0;
+  // Null when the automaton is no trie of trigrams and must be walked step by step.
+  std::unique_ptr<orva::TrigramIndex> index_;
+  std::unique_ptr<orva::RunCounter> counter_;
 };
 
 // Ratio of model `k` among all models of the group. -1.0 when k is no model.

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 
-
 namespace {
 
 constexpr int kFront = 2;  // bytes kept in front of the piece
@@ -176,8 +175,8 @@ void CLidFacs::advance(int n) {
   position_ += n;
 }
 
-// Moves towards the position at which a new segment begins. That may lie up to two bytes back, which
-// the front of the buffer still holds; it never lies further back than that.
+// Moves towards the position at which a new segment begins. That may lie up to two bytes back,
+// which the front of the buffer still holds; it never lies further back than that.
 void CLidFacs::skip_to_stop(int available) {
   const int distance = stop_ - position_;
   if (distance < 0) {

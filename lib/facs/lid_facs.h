@@ -19,8 +19,8 @@
 
 class CLidFacs {
  public:
-  static constexpr int kPieceSize = 1024;        // bytes read from the stream at a time
-  static constexpr int kNoLimit = 1000000000;    // stands for "to the end of the input"
+  static constexpr int kPieceSize = 1024;      // bytes read from the stream at a time
+  static constexpr int kNoLimit = 1000000000;  // stands for "to the end of the input"
 
   CLidFacs() = default;
   ~CLidFacs();

@@ -66,7 +66,8 @@ int CmgModels::f_read(FILE* stream, int nb_models_in, std::string* why) {
     if (!orva::read_word(stream, &length) || length < 1 || length > orva::bytes_left(stream)) {
       return orva::read_failure(stream, "length of a model name does not fit the file", why);
     }
-    std::unique_ptr<char, FreeDeleter> name(static_cast<char*>(malloc(static_cast<size_t>(length))));
+    std::unique_ptr<char, FreeDeleter> name(
+        static_cast<char*>(malloc(static_cast<size_t>(length))));
     if (name == nullptr) return orva::read_failure(stream, "out of memory", why);
     if (!orva::read_items(stream, name.get(), 1, static_cast<size_t>(length))) {
       return orva::read_failure(stream, "file ends in a model name", why);

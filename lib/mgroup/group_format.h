@@ -78,8 +78,8 @@ static_assert(sizeof(StoredState) == kStoredStateSize);
 static_assert(offsetof(StoredState, info) == 4);
 static_assert(std::is_trivially_copyable_v<StoredState>);
 
-// Internal-state info: bits 0..23 the first successor (0: a direct state), bits 24..31 the number of
-// outgoing bytes.
+// Internal-state info: bits 0..23 the first successor (0: a direct state), bits 24..31 the number
+// of outgoing bytes.
 constexpr uint32_t kLow24 = 0xFFFFFF;
 constexpr int state_first(uint32_t info) { return static_cast<int>(info & kLow24); }
 constexpr int state_count(uint32_t info) { return static_cast<int>(info >> 24); }

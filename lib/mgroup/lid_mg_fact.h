@@ -17,8 +17,8 @@ class CLidMGFact {
   CLidMGFact& operator=(const CLidMGFact&) = delete;
 
   int32_t fact_of_model[kMaxModels];
-  int set_models[kMaxModels];   // members of set 0, then of set 1, ..., each in ascending order
-  int* set_first[kMaxModels];   // into set_models; null for a set without models
+  int set_models[kMaxModels];  // members of set 0, then of set 1, ..., each in ascending order
+  int* set_first[kMaxModels];  // into set_models; null for a set without models
   int set_size[kMaxModels];
   int nb_models;
   int nb_facts;  // largest set number in use plus one

@@ -4,14 +4,15 @@
 //   if (group.load("Model.grp") == kGroupOk) printf("%d models\n", group.nb_models);
 //
 // Internal states stand for the trigram prefixes of 0, 1 and 2 bytes (state 0 is the root); leaves,
-// numbered from nb_istates on, carry quantised costs for models or for fact sets. A value q of model
-// m stands for q * grad + lpmin of that model.
+// numbered from nb_istates on, carry quantised costs for models or for fact sets. A value q of
+// model m stands for q * grad + lpmin of that model.
 //
-// Life cycle: empty after construction or init0; filled by load, f_read or build; saved any number of
+// Life cycle: empty after construction or init0; filled by load, f_read or build; saved any number
+// of
 //             times; clean releases everything and may be called twice.
-// Ownership:  arrays come from the accounted allocator, names from the plain one; both are owned here.
-// Results:    0, or one of the codes below.
-// Threads:    the position of a walk lives here, so a group serves one walk at a time.
+// Ownership:  arrays come from the accounted allocator, names from the plain one; both are owned
+// here. Results:    0, or one of the codes below. Threads:    the position of a walk lives here, so
+// a group serves one walk at a time.
 #ifndef ORVA_LIB_MGROUP_LID_MGROUP_H_
 #define ORVA_LIB_MGROUP_LID_MGROUP_H_
 
@@ -52,7 +53,8 @@ class CLidMGroup {
   CLidMGroup& operator=(const CLidMGroup&) = delete;
 
   void init0();
-  // Allocates the six arrays at their sizes. 0, or -1 at the first failure (a size of 0 among them).
+  // Allocates the six arrays at their sizes. 0, or -1 at the first failure (a size of 0 among
+  // them).
   int allocs();
   void frees();
   void clean();
@@ -60,8 +62,8 @@ class CLidMGroup {
   // Opens `path`, checks its header, reads the body and refuses what a walk could not trust.
   // kGroupOk or a failure code; on failure after the opening the stream is left open.
   int load(const char* path);
-  // The same on an open stream at its start, which is not closed. With `why`, a failure says what is
-  // wrong and where.
+  // The same on an open stream at its start, which is not closed. With `why`, a failure says what
+  // is wrong and where.
   int load(FILE* stream, std::string* why = nullptr);
   // Reads the body alone. 0, or -1 with what was read left in place for clean.
   int f_read(FILE* stream, std::string* why = nullptr);

@@ -1,5 +1,5 @@
-// What a group must satisfy so that no walk over it leaves an array. A built group always does; a file
-// may hold anything.
+// What a group must satisfy so that no walk over it leaves an array. A built group always does; a
+// file may hold anything.
 #include <algorithm>
 
 #include "lib/mgroup/group_format.h"

@@ -160,10 +160,9 @@ int CLidMGroup::f_read(FILE* stream, std::string* why) {
   clean();
   init0();
   verbose = verbose_before;
-  int* const fields[] = {&nb_models,           &nb_istates,     &min_for_direct,
-                         &istates_tsize,       &istates_chrs_tsize,
-                         &istates_dnxts_tsize, &lstates_tsize,  &lstates_vals_tsize,
-                         &def_so_tsize};
+  int* const fields[] = {&nb_models,     &nb_istates,         &min_for_direct,
+                         &istates_tsize, &istates_chrs_tsize, &istates_dnxts_tsize,
+                         &lstates_tsize, &lstates_vals_tsize, &def_so_tsize};
   for (int* field : fields) {
     if (!orva::read_word(stream, field)) {
       return orva::read_failure(stream, "missing word of the group's sizes", why);
@@ -193,9 +192,8 @@ int CLidMGroup::save(FILE* stream) const {
 }
 
 int CLidMGroup::f_write(FILE* stream) const {
-  for (const int field :
-       {nb_models, nb_istates, min_for_direct, istates_tsize, istates_chrs_tsize,
-        istates_dnxts_tsize, lstates_tsize, lstates_vals_tsize, def_so_tsize}) {
+  for (const int field : {nb_models, nb_istates, min_for_direct, istates_tsize, istates_chrs_tsize,
+                          istates_dnxts_tsize, lstates_tsize, lstates_vals_tsize, def_so_tsize}) {
     if (!orva::write_word(stream, field)) return -1;
   }
   if (models_part.f_write(stream) != 0) return -1;
@@ -204,11 +202,10 @@ int CLidMGroup::f_write(FILE* stream) const {
     if (!orva::write_items(stream, &stored, sizeof stored, 1)) return -1;
   }
   const auto count = [](int tsize) { return static_cast<size_t>(tsize); };
-  const bool ok =
-      orva::write_items(stream, istates_chrs, 1, count(istates_chrs_tsize)) &&
-      orva::write_items(stream, istates_dnxts, 4, count(istates_dnxts_tsize)) &&
-      orva::write_items(stream, lstates, 4, count(lstates_tsize)) &&
-      orva::write_items(stream, lstates_vals, 2, count(lstates_vals_tsize)) &&
-      orva::write_items(stream, def_so, 2, count(def_so_tsize));
+  const bool ok = orva::write_items(stream, istates_chrs, 1, count(istates_chrs_tsize)) &&
+                  orva::write_items(stream, istates_dnxts, 4, count(istates_dnxts_tsize)) &&
+                  orva::write_items(stream, lstates, 4, count(lstates_tsize)) &&
+                  orva::write_items(stream, lstates_vals, 2, count(lstates_vals_tsize)) &&
+                  orva::write_items(stream, def_so, 2, count(def_so_tsize));
   return ok ? unigram_part.f_write(stream) : -1;
 }

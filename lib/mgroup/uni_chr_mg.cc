@@ -67,8 +67,8 @@ int CUniChrMG::f_read(FILE* stream, std::string* why) {
       !orva::read_word(stream, &nb_pairs)) {
     return orva::read_failure(stream, "missing word of the unigram section", why);
   }
-  const int64_t needed = int64_t{3} * kFloatSize * nb + int64_t{kPairSize} * nb_pairs +
-                         int64_t{sizeof uch_lps};
+  const int64_t needed =
+      int64_t{3} * kFloatSize * nb + int64_t{kPairSize} * nb_pairs + int64_t{sizeof uch_lps};
   if (nb < 1 || nb_pairs < 1 || needed > INT_MAX || needed > orva::bytes_left(stream)) {
     return orva::read_failure(stream, "sizes of the unigram section do not fit the file", why);
   }
@@ -76,11 +76,12 @@ int CUniChrMG::f_read(FILE* stream, std::string* why) {
   uch_lps_buff_tsize = nb_pairs;
   if (allocs() != 0) return orva::read_failure(stream, "out of memory", why);
   const auto nb_floats = static_cast<size_t>(nb);
-  const bool ok = orva::read_items(stream, models_normlp, kFloatSize, nb_floats) &&
-                  orva::read_items(stream, models_lpmin, kFloatSize, nb_floats) &&
-                  orva::read_items(stream, models_grad, kFloatSize, nb_floats) &&
-                  orva::read_items(stream, uch_lps_buff, kPairSize, static_cast<size_t>(nb_pairs)) &&
-                  orva::read_items(stream, uch_lps, 4, orva::kNbBytes);
+  const bool ok =
+      orva::read_items(stream, models_normlp, kFloatSize, nb_floats) &&
+      orva::read_items(stream, models_lpmin, kFloatSize, nb_floats) &&
+      orva::read_items(stream, models_grad, kFloatSize, nb_floats) &&
+      orva::read_items(stream, uch_lps_buff, kPairSize, static_cast<size_t>(nb_pairs)) &&
+      orva::read_items(stream, uch_lps, 4, orva::kNbBytes);
   return ok ? 0 : orva::read_failure(stream, "file ends in the unigram section", why);
 }
 

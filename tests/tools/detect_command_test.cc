@@ -67,8 +67,7 @@ TEST(DetectCommand, GivesBytesOfANameThatAreNotUtf8InHexadecimal) {
 
 TEST(DetectCommand, JsonCharsetIsNullWhenNothingWon) {
   const TempDir dir;
-  const Ended run =
-      run_orva({"detect", "--json", "--models", models_dir(), dir.file("empty", "")});
+  const Ended run = run_orva({"detect", "--json", "--models", models_dir(), dir.file("empty", "")});
   EXPECT_EQ(run.status, 1);
   EXPECT_NE(run.out.find("\"charset\":null"), std::string::npos) << run.out;
   EXPECT_NE(run.out.find("\"bytes\":0"), std::string::npos) << run.out;

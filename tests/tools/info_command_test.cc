@@ -51,8 +51,8 @@ TEST(InfoCommand, SaysWhichRuleARefusedGroupBreaks) {
 
 TEST(InfoCommand, AFileOfNoKindIsStatusTwo) {
   const TempDir dir;
-  for (const std::string& path : {dir.file("text", "just some words"), dir.file("empty", ""),
-                                  dir.path(), dir / "missing"}) {
+  for (const std::string& path :
+       {dir.file("text", "just some words"), dir.file("empty", ""), dir.path(), dir / "missing"}) {
     EXPECT_EQ(run_orva({"info", path}).status, 2) << path;
   }
 }

@@ -39,11 +39,11 @@ std::string expected_scores(const std::vector<std::string>& row,
 }
 
 const std::vector<std::string> kNames = {
-    "enISO-8859-1", "frISO-8859-1", "frUTF-8",      "deISO-8859-1", "deUTF-8",
-    "esISO-8859-1", "plISO-8859-2", "plwindows-1250", "plUTF-8",    "csISO-8859-2",
-    "ruKOI8-R",     "ruwindows-1251", "ruISO-8859-5", "ruUTF-8",    "elISO-8859-7",
-    "elUTF-8",      "trISO-8859-9", "hewindows-1255", "arwindows-1256", "thTIS-620",
-    "jaShift_JIS",  "jaEUC-JP",     "jaUTF-8",      "zhGB18030",    "zhBig5",
+    "enISO-8859-1", "frISO-8859-1",   "frUTF-8",        "deISO-8859-1",   "deUTF-8",
+    "esISO-8859-1", "plISO-8859-2",   "plwindows-1250", "plUTF-8",        "csISO-8859-2",
+    "ruKOI8-R",     "ruwindows-1251", "ruISO-8859-5",   "ruUTF-8",        "elISO-8859-7",
+    "elUTF-8",      "trISO-8859-9",   "hewindows-1255", "arwindows-1256", "thTIS-620",
+    "jaShift_JIS",  "jaEUC-JP",       "jaUTF-8",        "zhGB18030",      "zhBig5",
     "koEUC-KR"};
 
 TEST(Vectors, EveryScoreAgreesToNineDigits) {
