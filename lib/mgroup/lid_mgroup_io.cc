@@ -159,6 +159,7 @@ int CLidMGroup::f_read(FILE* stream, std::string* why) {
   const int verbose_before = verbose;
   clean();
   init0();
+  unigram_part.clean();
   verbose = verbose_before;
   int* const fields[] = {&nb_models,     &nb_istates,         &min_for_direct,
                          &istates_tsize, &istates_chrs_tsize, &istates_dnxts_tsize,
