@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "lib/facs/preprocess.h"
+
 namespace {
 
 constexpr int kFront = 2;  // bytes kept in front of the piece
@@ -107,11 +109,9 @@ int CLidFacs::reinit() {
 }
 
 int CLidFacs::preprocess(unsigned char* buf, int len) {
-  if (rm_tridups_ != 0) len = remove_tricar_dups(buf, len);
-  if (rm_caps_ != 0) len = remove_caps(buf, len);
-  if (rm_digits_ != 0) len = remove_digits(buf, len);
-  if (rm_blks_ != 0) len = remove_blks(buf, len);
-  return len;
+  const orva::PreprocessSwitches switches = {rm_tridups_ != 0, rm_caps_ != 0, rm_digits_ != 0,
+                                             rm_blks_ != 0};
+  return orva::preprocess_text(switches, buf, len);
 }
 
 int CLidFacs::remove_tricar_dups(unsigned char* buf, int len) {

@@ -1,0 +1,19 @@
+// All preprocessing steps in one pass over a buffer, with the result of one step after the other.
+#ifndef ORVA_LIB_FACS_PREPROCESS_H_
+#define ORVA_LIB_FACS_PREPROCESS_H_
+
+namespace orva {
+
+struct PreprocessSwitches {
+  bool cut_runs = false;     // runs of four or more equal bytes to three
+  bool fold_caps = false;    // A-Z to a-z
+  bool drop_digits = false;  // 0-9
+  bool drop_blanks = false;  // space, CR, LF and TAB
+};
+
+// Rewrites `buf` and returns its new length; what lies beyond it is left undefined.
+int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len);
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_FACS_PREPROCESS_H_

@@ -1,0 +1,48 @@
+#include "lib/facs/preprocess.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "lib/facs/lid_facs.h"
+
+namespace orva {
+namespace {
+
+// The four steps one after the other, each over the whole buffer.
+std::string step_by_step(const PreprocessSwitches& on, std::string text) {
+  CLidFacs facs;
+  auto* bytes = reinterpret_cast<unsigned char*>(text.data());
+  int length = static_cast<int>(text.size());
+  if (on.cut_runs) length = facs.remove_tricar_dups(bytes, length);
+  if (on.fold_caps) length = facs.remove_caps(bytes, length);
+  if (on.drop_digits) length = facs.remove_digits(bytes, length);
+  if (on.drop_blanks) length = facs.remove_blks(bytes, length);
+  return text.substr(0, static_cast<size_t>(length));
+}
+
+std::string in_one_pass(const PreprocessSwitches& on, std::string text) {
+  const int length = preprocess_text(on, reinterpret_cast<unsigned char*>(text.data()),
+                                     static_cast<int>(text.size()));
+  return text.substr(0, static_cast<size_t>(length));
+}
+
+TEST(Preprocess, OnePassGivesWhatTheStepsGiveOneAfterTheOther) {
+  std::mt19937 random(20261);
+  // Few different bytes make runs, digits, capitals and blanks frequent; many make them rare.
+  const std::string alphabets[] = {std::string("a\0", 2), std::string("aA0 \n\0\xC1", 7),
+                                   "abcdefghijklmnopqrstuvwxyzABC 01\t\r\xE9"};
+  for (int round = 0; round < 20000; ++round) {
+    const std::string& alphabet = alphabets[random() % 3];
+    std::string text(random() % 100, ' ');
+    for (char& c : text) c = alphabet[random() % alphabet.size()];
+    const unsigned bits = static_cast<unsigned>(round) % 16;
+    const PreprocessSwitches on = {(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0,
+                                   (bits & 8) != 0};
+    ASSERT_EQ(in_one_pass(on, text), step_by_step(on, text)) << "round " << round;
+  }
+}
+
+}  // namespace
+}  // namespace orva
