@@ -3,6 +3,7 @@
 
 option(ORVA_32BIT "Build for 32-bit x86, the component's reference platform" OFF)
 option(ORVA_SANITIZE "Build with address and undefined-behaviour sanitizers" OFF)
+option(ORVA_BUILD_COMPONENT "Build the component and its small host (needs NSPR)" ON)
 option(ORVA_BUILD_TESTS "Build the tests" ON)
 option(ORVA_BUILD_BENCH "Build the benchmarks" OFF)
 

@@ -1,0 +1,33 @@
+#include <pratom.h>
+
+#include "host/counters.h"
+#include "host/query_interface.h"
+#include "host/xpcom_detectors.h"
+
+nsOrvaXPCOMStringDetector::nsOrvaXPCOMStringDetector() : mRefCnt(0), mResult(nullptr) {
+  PR_AtomicIncrement(&g_InstanceCount);
+}
+
+nsOrvaXPCOMStringDetector::~nsOrvaXPCOMStringDetector() { PR_AtomicDecrement(&g_InstanceCount); }
+
+nsresult nsOrvaXPCOMStringDetector::QueryInterface(const nsIID& aIID, void** aInstancePtr) {
+  return orva::query_interface<nsIStringCharsetDetector>(this, aIID, aInstancePtr);
+}
+
+nsrefcnt nsOrvaXPCOMStringDetector::AddRef() { return ++mRefCnt; }
+nsrefcnt nsOrvaXPCOMStringDetector::Release() { return orva::release(this, &mRefCnt); }
+
+nsresult nsOrvaXPCOMStringDetector::DoIt(const char* aBuf, PRUint32 aLen, const char** oCharset,
+                                         nsDetectionConfident& oConf) {
+  // An answer without a place, and bytes that are not there, cannot be served.
+  if (oCharset == nullptr || (aBuf == nullptr && aLen != 0)) return NS_ERROR_INVALID_ARG;
+  mResult = nullptr;
+  HandleData(aBuf, aLen);
+  DataEnd();
+  *oCharset = mResult;
+  // Kept: the level is the same when there is no answer.
+  oConf = eBestAnswer;
+  return NS_OK;
+}
+
+void nsOrvaXPCOMStringDetector::Report(const char* aCharset) { mResult = aCharset; }
