@@ -41,6 +41,22 @@ struct TrainOptions {
 };
 int run_train(const TrainOptions& options);
 
+struct GroupOptions {
+  std::string output;
+  std::string facts;  // fact-set file, empty for none
+  std::string stc;    // charset names to write beside, empty for none
+  bool verbose = false;
+  bool force = false;  // write a group that exceeds a limit of the format
+  std::vector<std::string> models;
+};
+int run_group(const GroupOptions& options);
+
+struct ExportOptions {
+  std::string group;
+  std::string dir;
+};
+int run_export(const ExportOptions& options);
+
 struct InfoOptions {
   std::string file;
 };

@@ -58,6 +58,17 @@ void add_train(CLI::App* app, orva::TrainOptions* options) {
   command->add_option("TEXT", options->texts, "Training texts")->required();
 }
 
+void add_group(CLI::App* app, orva::GroupOptions* options) {
+  CLI::App* command = app->add_subcommand("group", "Compile models into a group");
+  command->add_option("--output,-o", options->output, "Group file to write")->required();
+  command->add_option("--facts", options->facts, "File of the sets of models that share values");
+  command->add_option("--stc", options->stc, "Table of charset names to write (Model.stc)");
+  command->add_flag("-v,--verbose", options->verbose, "Print the statistics of the build");
+  command->add_flag("--force", options->force, "Write a group that exceeds a limit of the format");
+  command->add_option("MODEL", options->models, "Models, named by language and charset")
+      ->required();
+}
+
 void add_info(CLI::App* app, orva::InfoOptions* options) {
   CLI::App* command = app->add_subcommand("info", "Tell what a model file holds");
   command->add_option("FILE", options->file, "Model group, Model.stc or trained model")->required();
@@ -72,10 +83,12 @@ int main(int argc, char** argv) {
   orva::DetectOptions detect;
   orva::ScoreOptions score;
   orva::TrainOptions train;
+  orva::GroupOptions group;
   orva::InfoOptions info;
   add_detect(&app, &detect);
   add_score(&app, &score);
   add_train(&app, &train);
+  add_group(&app, &group);
   add_info(&app, &info);
   try {
     app.parse(argc, argv);
@@ -85,5 +98,6 @@ int main(int argc, char** argv) {
   if (app.got_subcommand("detect")) return orva::run_detect(detect);
   if (app.got_subcommand("score")) return orva::run_score(score);
   if (app.got_subcommand("train")) return orva::run_train(train);
+  if (app.got_subcommand("group")) return orva::run_group(group);
   return orva::run_info(info);
 }
