@@ -1,5 +1,5 @@
-// Which byte pairs are characters in the double-byte charsets: a bit for each pair whose lead byte is
-// 0x80 to 0xFF. Private-use characters are left out, since no text in the wild is made of them.
+// Which byte pairs are characters in the double-byte charsets: a bit for each pair whose lead byte
+// is 0x80 to 0xFF. Private-use characters are left out, since no text in the wild is made of them.
 #ifndef ORVA_LIB_DETECT_DOUBLE_BYTE_TABLES_H_
 #define ORVA_LIB_DETECT_DOUBLE_BYTE_TABLES_H_
 

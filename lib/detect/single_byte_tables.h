@@ -10,8 +10,8 @@ namespace orva {
 inline constexpr uint16_t kNoCharacter = 0xFFFF;
 
 struct SingleByteTable {
-  const char* name;         // as in the charset table
-  const uint16_t* decode;   // 256 entries
+  const char* name;        // as in the charset table
+  const uint16_t* decode;  // 256 entries
 };
 
 extern const SingleByteTable kSingleByteTables[];

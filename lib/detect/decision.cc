@@ -1,0 +1,223 @@
+#include "lib/detect/decision.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "lib/detect/charset_table.h"
+#include "lib/detect/converter.h"
+#include "lib/detect/priors.h"
+#include "lib/detect/sample.h"
+
+namespace orva {
+
+namespace {
+
+constexpr double kMarkProbability = 0.9999;
+constexpr double kEscapeProbability = 0.999;
+constexpr double kAsciiProbability = 0.999;
+
+// Controls that text never holds: one in so many bytes makes a document binary.
+constexpr uint64_t kControlsPerByte = 20;
+
+// How many nats count as one when costs become probabilities: models err together over a text, the
+// more the longer it is.
+double temperature(double length) { return 2.0 + 0.02 * length; }
+
+bool is_valid(const Evidence& evidence, const char* charset) {
+  return evidence.decodes(find_charset_index(charset), true);
+}
+
+// The Windows superset of an ISO charset and the other way round.
+const char* sibling(std::string_view name) {
+  constexpr const char* kPairs[][2] = {
+      {"ISO-8859-1", "windows-1252"}, {"ISO-8859-7", "windows-1253"},
+      {"ISO-8859-8", "windows-1255"}, {"ISO-8859-9", "windows-1254"},
+      {"TIS-620", "windows-874"},     {"KOI8-R", "KOI8-U"}};
+  for (const auto& pair : kPairs) {
+    if (name == pair[0]) return pair[1];
+    if (name == pair[1]) return pair[0];
+  }
+  return "";
+}
+
+bool holds_letters(const Evidence& evidence) {
+  for (int b = 'A'; b <= 'z'; ++b) {
+    if ((b <= 'Z' || b >= 'a') && evidence.count(static_cast<unsigned char>(b)) != 0) return true;
+  }
+  return false;
+}
+
+// Text of a mainframe: its blank is 0x40, its letters lie above 0x7F.
+bool looks_ebcdic(const Evidence& evidence) {
+  return evidence.count(0x40) > 4 * evidence.count(' ') && evidence.high() * 2 > evidence.length();
+}
+
+bool is_binary(const Evidence& evidence) {
+  if (evidence.has_binary_signature()) return true;
+  if (looks_ebcdic(evidence)) return false;
+  return evidence.odd_controls() * kControlsPerByte > evidence.length();
+}
+
+// Turns costs into shares of one.
+void share_out(double scale, std::vector<Candidate>* candidates) {
+  double sum = 0;
+  const double least = candidates->front().cost;
+  for (Candidate& c : *candidates) {
+    c.probability = std::exp((least - c.cost) / scale);
+    sum += c.probability;
+  }
+  for (Candidate& c : *candidates) c.probability /= sum;
+}
+
+}  // namespace
+
+struct Decider::Task {
+  const Evidence& evidence;
+  std::string_view sample;
+  const Restrictions& restrictions;
+
+  bool allows(const char* charset) const {
+    return restrictions.allows_charset(find_charset_index(charset));
+  }
+};
+
+Decision Decider::decide(const Evidence& evidence, std::string_view sample,
+                         const Restrictions& restrictions) {
+  Decision decision;
+  if (evidence.length() == 0) return decision;
+  const Task task{evidence, sample, restrictions};
+  decision.kind = DocumentKind::kText;
+  if (decide_by_mark(task, &decision) || decide_by_escapes(task, &decision)) return decision;
+  if (is_binary(evidence) && evidence.count(0) == 0) {
+    decision.kind = DocumentKind::kBinary;
+    return decision;
+  }
+  if (evidence.has_binary_signature()) {
+    decision.kind = DocumentKind::kBinary;
+    return decision;
+  }
+  if (decide_ascii(task, &decision) || decide_utf8(task, &decision)) return decision;
+  decide_by_cost(task, &decision);
+  if (decision.candidates.empty() && evidence.count(0) != 0) decision.kind = DocumentKind::kBinary;
+  return decision;
+}
+
+void Decider::settle(const Task& task, int charset, std::string_view text, double probability,
+                     Decision* decision) {
+  Reading reading;
+  reading.charsets.push_back(charset);
+  reading.costs = pricing_.price_utf8(text);
+  Candidate candidate = best_of(task, reading);
+  candidate.charset = charset;
+  candidate.probability = probability;
+  decision->candidates.push_back(candidate);
+}
+
+bool Decider::decide_by_mark(const Task& task, Decision* decision) {
+  const char* charset = task.evidence.mark();
+  if (charset == nullptr || !task.allows(charset) || !is_valid(task.evidence, charset))
+    return false;
+  decision->has_mark = true;
+  const int index = find_charset_index(charset);
+  Conversion text;
+  decode_bytes(kCharsets[index],
+               task.sample.substr(0, Sample::kHead).substr(task.evidence.mark_length()), &text);
+  settle(task, index, text.bytes, kMarkProbability, decision);
+  return true;
+}
+
+bool Decider::decide_by_escapes(const Task& task, Decision* decision) {
+  const char* charset = task.evidence.escapes().charset();
+  if (charset == nullptr || !task.allows(charset)) return false;
+  const char* language = std::string_view(charset) == "ISO-2022-JP"   ? "ja"
+                         : std::string_view(charset) == "ISO-2022-KR" ? "ko"
+                                                                      : "zh";
+  Candidate candidate;
+  candidate.charset = find_charset_index(charset);
+  candidate.probability = kEscapeProbability;
+  const auto& names = tables_.languages();
+  const auto at = std::find(names.begin(), names.end(), language);
+  if (at != names.end()) candidate.language = static_cast<int>(at - names.begin());
+  candidate.language_probability = 1;
+  decision->candidates.push_back(candidate);
+  return true;
+}
+
+bool Decider::decide_ascii(const Task& task, Decision* decision) {
+  const Evidence& evidence = task.evidence;
+  if (evidence.high() != 0 || evidence.count(0) != 0 || !task.allows("US-ASCII")) return false;
+  settle(task, find_charset_index("US-ASCII"), task.sample, kAsciiProbability, decision);
+  if (!holds_letters(evidence)) decision->candidates.back().language = -1;
+  return true;
+}
+
+bool Decider::decide_utf8(const Task& task, Decision* decision) {
+  const MultiByteCheck& check = task.evidence.multi_byte(MultiByteKind::kUtf8);
+  if (!check.valid() || check.wide() == 0 || task.evidence.count(0) != 0) return false;
+  if (!task.allows("UTF-8")) return false;
+  const double doubt = 0.02 / static_cast<double>(check.wide());
+  settle(task, find_charset_index("UTF-8"), task.sample, 1 - doubt, decision);
+  return true;
+}
+
+bool Decider::has_model(int charset, int language) const {
+  for (int i = 0; i < tables_.nb_models(); ++i) {
+    if (tables_.model(i).charset == charset && tables_.model(i).language == language) return true;
+  }
+  return false;
+}
+
+// Of the charsets that read the document alike, the one that its language is usually written in.
+int Decider::name_for(const Reading& reading, int language, const Task& task) const {
+  int best = -1;
+  double least = 0;
+  for (const int charset : reading.charsets) {
+    if (!task.restrictions.allows_charset(charset)) continue;
+    double cost = prior_cost(charset);
+    const int other = find_charset_index(sibling(kCharsets[charset].iana));
+    if (has_model(charset, language) || (other >= 0 && has_model(other, language))) cost -= 3;
+    if (best >= 0 && cost >= least) continue;
+    best = charset;
+    least = cost;
+  }
+  return best;
+}
+
+Candidate Decider::best_of(const Task& task, const Reading& reading) const {
+  Candidate best;
+  best.cost = kNoCost;
+  for (size_t l = 0; l < reading.costs.size(); ++l) {
+    if (!task.restrictions.allows_language(l) || reading.costs[l] >= best.cost) continue;
+    best.cost = reading.costs[l];
+    best.language = static_cast<int>(l);
+  }
+  if (best.language < 0) return best;
+  best.charset = name_for(reading, best.language, task);
+  const double scale = temperature(static_cast<double>(task.sample.size()));
+  double sum = 0;
+  for (size_t l = 0; l < reading.costs.size(); ++l) {
+    if (!task.restrictions.allows_language(l) || reading.costs[l] == kNoCost) continue;
+    sum += std::exp((best.cost - reading.costs[l]) / scale);
+  }
+  best.language_probability = 1 / sum;
+  best.cost += reading.penalty + prior_cost(best.charset);
+  return best;
+}
+
+void Decider::decide_by_cost(const Task& task, Decision* decision) {
+  const auto allowed = [&task](int c) { return task.restrictions.allows_charset(c); };
+  std::vector<Reading> readings = find_readings(task.evidence, allowed, false);
+  if (readings.empty()) readings = find_readings(task.evidence, allowed, true);
+  pricing_.price(task.sample, &readings);
+  for (const Reading& reading : readings) {
+    const Candidate candidate = best_of(task, reading);
+    if (candidate.language >= 0) decision->candidates.push_back(candidate);
+  }
+  if (decision->candidates.empty()) return;
+  std::stable_sort(decision->candidates.begin(), decision->candidates.end(),
+                   [](const Candidate& a, const Candidate& b) { return a.cost < b.cost; });
+  share_out(temperature(static_cast<double>(task.sample.size())), &decision->candidates);
+}
+
+}  // namespace orva

@@ -1,0 +1,32 @@
+#include "lib/detect/detector.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orva {
+
+Detector::Detector(std::shared_ptr<const ModelTables> tables)
+    : tables_(std::move(tables)), scorer_(*tables_), decider_(*tables_, &scorer_) {}
+
+void Detector::reset() {
+  evidence_.reset();
+  sample_.reset();
+  decision_ = Decision{};
+}
+
+bool Detector::feed(std::string_view bytes) {
+  if (limit_ != kNoLimit) {
+    const uint64_t room = limit_ - std::min(limit_, evidence_.length());
+    bytes = bytes.substr(0, static_cast<size_t>(std::min<uint64_t>(room, bytes.size())));
+  }
+  evidence_.feed(bytes);
+  sample_.feed(bytes);
+  return limit_ == kNoLimit || evidence_.length() < limit_;
+}
+
+const Decision& Detector::finish() {
+  decision_ = decider_.decide(evidence_, sample_.text(), restrictions_);
+  return decision_;
+}
+
+}  // namespace orva

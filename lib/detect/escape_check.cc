@@ -1,0 +1,132 @@
+#include "lib/detect/escape_check.h"
+
+#include <cstring>
+
+#include "lib/detect/double_byte_tables.h"
+
+namespace orva {
+
+namespace {
+
+constexpr unsigned char kEscape = 0x1B;
+constexpr unsigned char kShiftOut = 0x0E;
+constexpr unsigned char kShiftIn = 0x0F;
+constexpr unsigned char kHighBit = 0x80;
+// GB2312 within the larger table: the last row that it uses.
+constexpr unsigned char kLastGbRow = 0x77;
+
+bool is_graphic(unsigned char c) { return c >= 0x21 && c <= 0x7E; }
+
+bool is_high_pair(const uint32_t* pairs, unsigned char lead, unsigned char trail) {
+  return is_pair(pairs, lead | kHighBit, trail | kHighBit);
+}
+
+}  // namespace
+
+void EscapeCheck::feed(std::string_view bytes) {
+  for (const char c : bytes) {
+    if (!iso_.valid && !hz_.valid) return;
+    const auto b = static_cast<unsigned char>(c);
+    if (b >= kHighBit) {
+      iso_.valid = hz_.valid = false;
+      return;
+    }
+    if (iso_.valid) take_iso(b);
+    if (hz_.valid) take_hz(b);
+  }
+}
+
+const char* EscapeCheck::charset() const {
+  if (iso_.valid && iso_.korean && !iso_.japanese && !iso_.chinese) return "ISO-2022-KR";
+  if (iso_.valid && iso_.chinese && !iso_.japanese && !iso_.korean) return "ISO-2022-CN";
+  if (iso_.valid && iso_.japanese && !iso_.chinese && !iso_.korean) return "ISO-2022-JP";
+  const bool plain = !iso_.japanese && !iso_.korean && !iso_.chinese;
+  return hz_.valid && hz_.wide != 0 && plain ? "HZ-GB-2312" : nullptr;
+}
+
+// The sequences that name a character set, behind the ESC byte. False for one of no such charset.
+bool EscapeCheck::designate(std::string_view sequence) {
+  if (sequence == "(B") {
+    iso_.direct = kAscii;
+  } else if (sequence == "(J") {
+    iso_.direct = kJisRoman;
+    iso_.japanese = true;
+  } else if (sequence == "$@" || sequence == "$B" || sequence == "$(B") {
+    iso_.direct = kJis;
+    iso_.japanese = true;
+  } else if (sequence == "$)C") {
+    iso_.shifted = kKorean;
+    iso_.korean = true;
+  } else if (sequence == "$)A" || sequence == "$)G") {
+    iso_.shifted = sequence == "$)A" ? kGb : kCnsPlane;
+    iso_.chinese = true;
+  } else if (sequence == "$*H") {
+    iso_.chinese = true;
+  } else if (sequence == "N") {
+    iso_.single_shift = true;
+    iso_.chinese = true;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void EscapeCheck::take_escape(char c) {
+  iso_.escape[iso_.nb_escape++] = c;
+  const std::string_view sequence(iso_.escape, iso_.nb_escape);
+  if (designate(sequence)) {
+    iso_.in_escape = false;
+  } else if (sequence != "(" && sequence != "$" && sequence != "$)" && sequence != "$(" &&
+             sequence != "$*") {
+    iso_.valid = false;
+  }
+}
+
+void EscapeCheck::take_iso(unsigned char c) {
+  if (iso_.in_escape) return take_escape(static_cast<char>(c));
+  const Set set = iso_.single_shift ? kCnsPlane : iso_.out ? iso_.shifted : iso_.direct;
+  const bool wide = set != kAscii && set != kJisRoman;
+  if (iso_.lead != 0) {
+    // Planes of CNS 11643 are taken by their form alone.
+    const uint32_t* pairs = set == kJis ? kEucJpPairs : set == kKorean ? kCp949Pairs : kGbkPairs;
+    iso_.valid = is_graphic(c) && (set == kCnsPlane || is_high_pair(pairs, iso_.lead, c));
+    iso_.lead = 0;
+    iso_.single_shift = false;
+    ++iso_.wide;
+  } else if (c == kEscape) {
+    iso_.in_escape = true;
+    iso_.nb_escape = 0;
+  } else if (c == kShiftOut || c == kShiftIn) {
+    iso_.out = c == kShiftOut;
+    iso_.valid = !iso_.out || iso_.shifted != kAscii;
+  } else if (c == '\n') {
+    iso_.out = false;
+  } else if (wide && is_graphic(c)) {
+    iso_.lead = c;
+  }
+}
+
+void EscapeCheck::take_hz(unsigned char c) {
+  if (hz_.lead != 0) {
+    hz_.valid = is_graphic(c) && hz_.lead <= kLastGbRow && is_high_pair(kGbkPairs, hz_.lead, c);
+    hz_.lead = 0;
+    ++hz_.wide;
+  } else if (hz_.tilde) {
+    hz_.tilde = false;
+    if (c == '{' && !hz_.pairs) {
+      hz_.pairs = true;
+    } else if (c == '}' && hz_.pairs) {
+      hz_.pairs = false;
+    } else {
+      hz_.valid = (c == '~' || c == '\n') && !hz_.pairs;
+    }
+  } else if (c == '~') {
+    hz_.tilde = true;
+  } else if (c == '\n') {
+    hz_.pairs = false;
+  } else if (hz_.pairs && is_graphic(c)) {
+    hz_.lead = c;
+  }
+}
+
+}  // namespace orva

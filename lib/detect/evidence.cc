@@ -1,0 +1,138 @@
+#include "lib/detect/evidence.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "lib/detect/charset_table.h"
+#include "lib/detect/single_byte_tables.h"
+
+namespace orva {
+
+namespace {
+
+constexpr size_t kHeadSize = 16;
+
+struct Signature {
+  std::string_view bytes;
+  const char* charset;  // null: a file that is no text
+};
+
+// Longer marks first: UTF-32LE begins as UTF-16LE does.
+constexpr Signature kMarks[] = {{std::string_view("\xFF\xFE\0\0", 4), "UTF-32LE"},
+                                {std::string_view("\0\0\xFE\xFF", 4), "UTF-32BE"},
+                                {std::string_view("\xEF\xBB\xBF", 3), "UTF-8"},
+                                {std::string_view("\xFF\xFE", 2), "UTF-16LE"},
+                                {std::string_view("\xFE\xFF", 2), "UTF-16BE"}};
+
+constexpr Signature kBinary[] = {{std::string_view("\x89PNG\r\n\x1A\n", 8), nullptr},
+                                 {std::string_view("\x7F"
+                                                   "ELF",
+                                                   4),
+                                  nullptr},
+                                 {std::string_view("PK\x03\x04", 4), nullptr},
+                                 {std::string_view("\xFF\xD8\xFF", 3), nullptr},
+                                 {std::string_view("GIF87a", 6), nullptr},
+                                 {std::string_view("GIF89a", 6), nullptr},
+                                 {std::string_view("\x1F\x8B\x08", 3), nullptr},
+                                 {std::string_view("BZh9", 4), nullptr},
+                                 {std::string_view("\xFD"
+                                                   "7zXZ\0",
+                                                   6),
+                                  nullptr},
+                                 {std::string_view("7z\xBC\xAF\x27\x1C", 6), nullptr},
+                                 {std::string_view("Rar!\x1A\x07", 6), nullptr},
+                                 {std::string_view("OggS\0", 5), nullptr},
+                                 {std::string_view("\x28\xB5\x2F\xFD", 4), nullptr},
+                                 {std::string_view("\xCA\xFE\xBA\xBE", 4), nullptr},
+                                 {std::string_view("\0asm", 4), nullptr}};
+
+bool is_odd_control(int b) {
+  return (b < 0x20 && b != '\t' && b != '\n' && b != '\r' && b != '\f' && b != 0x0B && b != 0x1A &&
+          b != 0x1B) ||
+         b == 0x7F;
+}
+
+const Signature* mark_of(std::string_view head) {
+  for (const Signature& s : kMarks) {
+    if (head.substr(0, s.bytes.size()) == s.bytes) return &s;
+  }
+  return nullptr;
+}
+
+bool is_private(uint16_t value) { return value >= 0xE000 && value < 0xF8FF; }
+
+}  // namespace
+
+Evidence::Evidence() {
+  for (int k = 0; k < kMultiByteKinds; ++k) multi_byte_.emplace_back(static_cast<MultiByteKind>(k));
+  for (const int width : {2, 4}) {
+    for (const bool big : {false, true}) unicode_.emplace_back(width, big);
+  }
+}
+
+void Evidence::reset() { *this = Evidence(); }
+
+void Evidence::feed(std::string_view bytes) {
+  if (head_.size() < kHeadSize) head_.append(bytes.substr(0, kHeadSize - head_.size()));
+  length_ += bytes.size();
+  for (const char c : bytes) ++counts_[static_cast<unsigned char>(c)];
+  for (MultiByteCheck& check : multi_byte_) check.feed(bytes);
+  for (UnicodeCheck& check : unicode_) check.feed(bytes);
+  escapes_.feed(bytes);
+}
+
+uint64_t Evidence::high() const {
+  uint64_t sum = 0;
+  for (int b = 0x80; b < 256; ++b) sum += counts_[b];
+  return sum;
+}
+
+uint64_t Evidence::odd_controls() const {
+  uint64_t sum = 0;
+  for (int b = 0; b < 0x80; ++b) sum += is_odd_control(b) ? counts_[b] : 0;
+  return sum;
+}
+
+const char* Evidence::mark() const {
+  const Signature* mark = mark_of(head_);
+  return mark == nullptr ? nullptr : mark->charset;
+}
+
+size_t Evidence::mark_length() const {
+  const Signature* mark = mark_of(head_);
+  return mark == nullptr ? 0 : mark->bytes.size();
+}
+
+bool Evidence::has_binary_signature() const {
+  return std::any_of(std::begin(kBinary), std::end(kBinary), [this](const Signature& s) {
+    return std::string_view(head_).substr(0, s.bytes.size()) == s.bytes;
+  });
+}
+
+bool Evidence::table_decodes(const uint16_t* table, bool with_controls) const {
+  for (int b = 0; b < 256; ++b) {
+    if (counts_[b] == 0) continue;
+    const uint16_t value = table[b];
+    if (value == kNoCharacter) return false;
+    // Newlines of EBCDIC decode to one of these controls.
+    if (value >= 0x80 && value < 0xA0 && value != 0x85 && !with_controls) return false;
+    if (is_private(value)) return false;
+  }
+  return true;
+}
+
+bool Evidence::decodes(int charset, bool with_controls) const {
+  const uint16_t* table = single_byte_table(charset);
+  if (table != nullptr) return table_decodes(table, with_controls);
+  const char* name = kCharsets[charset].iana;
+  for (const MultiByteCheck& check : multi_byte_) {
+    if (strcmp(multi_byte_name(check.kind()), name) == 0) return check.valid();
+  }
+  for (const UnicodeCheck& check : unicode_) {
+    if (strcmp(check.charset(), name) == 0) return check.valid();
+  }
+  const char* escaped = escapes_.charset();
+  return escaped != nullptr && strcmp(escaped, name) == 0;
+}
+
+}  // namespace orva

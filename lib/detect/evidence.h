@@ -1,0 +1,67 @@
+// Evidence: what the bytes themselves say, before any model is asked. One pass, piece by piece,
+// over everything that is read.
+//
+//   orva::Evidence evidence;
+//   evidence.feed(piece);                // any number of times
+//   if (evidence.is_ascii()) ...
+//
+// Life cycle: reset starts a new document.
+// Threads:    one at a time.
+#ifndef ORVA_LIB_DETECT_EVIDENCE_H_
+#define ORVA_LIB_DETECT_EVIDENCE_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lib/detect/escape_check.h"
+#include "lib/detect/multi_byte_check.h"
+#include "lib/detect/unicode_check.h"
+
+namespace orva {
+
+class Evidence {
+ public:
+  Evidence();
+
+  void reset();
+  void feed(std::string_view bytes);
+
+  uint64_t length() const { return length_; }
+  uint64_t count(unsigned char byte) const { return counts_[byte]; }
+  // Bytes above 0x7F.
+  uint64_t high() const;
+  // Control bytes that text never holds.
+  uint64_t odd_controls() const;
+
+  // The charset that a byte order mark names, null without one; and the mark's length.
+  const char* mark() const;
+  size_t mark_length() const;
+  // What a known file format's first bytes say.
+  bool has_binary_signature() const;
+
+  const MultiByteCheck& multi_byte(MultiByteKind kind) const {
+    return multi_byte_[static_cast<size_t>(kind)];
+  }
+  const EscapeCheck& escapes() const { return escapes_; }
+  const std::vector<UnicodeCheck>& unicode() const { return unicode_; }
+
+  // Whether `charset` can decode every byte that was fed. Bytes that it leaves open do not, and
+  // neither do private characters and controls between 0x80 and 0x9F unless `with_controls`.
+  bool decodes(int charset, bool with_controls) const;
+
+ private:
+  bool table_decodes(const uint16_t* table, bool with_controls) const;
+
+  uint64_t length_ = 0;
+  uint64_t counts_[256] = {};
+  std::string head_;
+  std::vector<MultiByteCheck> multi_byte_;
+  std::vector<UnicodeCheck> unicode_;
+  EscapeCheck escapes_;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_EVIDENCE_H_

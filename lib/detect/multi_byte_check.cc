@@ -1,0 +1,169 @@
+#include "lib/detect/multi_byte_check.h"
+
+#include <cstring>
+
+#include "lib/detect/double_byte_tables.h"
+#include "lib/detect/utf_codec.h"
+
+namespace orva {
+
+namespace {
+
+constexpr int kCut = -1;
+constexpr int kNone = 0;
+
+unsigned char at(std::string_view bytes, size_t i) { return static_cast<unsigned char>(bytes[i]); }
+
+bool within(unsigned char b, unsigned char low, unsigned char high) {
+  return b >= low && b <= high;
+}
+
+int pair_length(const uint32_t* pairs, std::string_view bytes) {
+  if (bytes.size() < 2) return kCut;
+  return is_pair(pairs, at(bytes, 0), at(bytes, 1)) ? 2 : kNone;
+}
+
+// Whether some pair begins with `lead`, so that a lead byte at the very end can be told from a byte
+// that is never one.
+bool leads(const uint32_t* pairs, unsigned char lead) {
+  for (int w = 0; w < 8; ++w) {
+    if (pairs[(lead - 0x80) * 8 + w] != 0) return true;
+  }
+  return false;
+}
+
+int table_length(const uint32_t* pairs, std::string_view bytes) {
+  return leads(pairs, at(bytes, 0)) ? pair_length(pairs, bytes) : kNone;
+}
+
+int utf8_length(std::string_view bytes) {
+  const Character c = read_utf8(bytes.substr(0, 4));
+  if (c.state == Character::kCut) return kCut;
+  return c.state == Character::kGood ? static_cast<int>(c.length) : kNone;
+}
+
+int shift_jis_length(std::string_view bytes) {
+  if (within(at(bytes, 0), 0xA1, 0xDF)) return 1;
+  return table_length(kShiftJisPairs, bytes);
+}
+
+int euc_jp_length(std::string_view bytes) {
+  const unsigned char lead = at(bytes, 0);
+  if (lead == 0x8E) {
+    if (bytes.size() < 2) return kCut;
+    return within(at(bytes, 1), 0xA1, 0xDF) ? 2 : kNone;
+  }
+  if (lead == 0x8F) {
+    if (bytes.size() < 2) return kCut;
+    if (at(bytes, 1) < 0xA1) return kNone;
+    const int rest = table_length(kEucJpPlane2Pairs, bytes.substr(1));
+    return rest > 0 ? rest + 1 : rest;
+  }
+  return table_length(kEucJpPairs, bytes);
+}
+
+int gb18030_length(std::string_view bytes) {
+  const unsigned char lead = at(bytes, 0);
+  if (!within(lead, 0x81, 0xFE)) return kNone;
+  if (bytes.size() < 2) return kCut;
+  if (!within(at(bytes, 1), 0x30, 0x39)) return pair_length(kGbkPairs, bytes);
+  if (!within(lead, 0x81, 0x84) && !within(lead, 0x90, 0xE3)) return kNone;
+  if (bytes.size() < 3) return kCut;
+  if (!within(at(bytes, 2), 0x81, 0xFE)) return kNone;
+  if (bytes.size() < 4) return kCut;
+  return within(at(bytes, 3), 0x30, 0x39) ? 4 : kNone;
+}
+
+int euc_tw_length(std::string_view bytes) {
+  if (at(bytes, 0) != 0x8E) return table_length(kEucTwPairs, bytes);
+  if (bytes.size() < 2) return kCut;
+  if (!within(at(bytes, 1), 0xA1, 0xAF)) return kNone;
+  for (size_t i = 2; i < 4; ++i) {
+    if (bytes.size() <= i) return kCut;
+    if (!within(at(bytes, i), 0xA1, 0xFE)) return kNone;
+  }
+  return 4;
+}
+
+}  // namespace
+
+const char* multi_byte_name(MultiByteKind kind) {
+  switch (kind) {
+    case MultiByteKind::kUtf8:
+      return "UTF-8";
+    case MultiByteKind::kShiftJis:
+      return "Shift_JIS";
+    case MultiByteKind::kEucJp:
+      return "EUC-JP";
+    case MultiByteKind::kGb18030:
+      return "GB18030";
+    case MultiByteKind::kBig5:
+      return "Big5";
+    case MultiByteKind::kEucTw:
+      return "EUC-TW";
+    case MultiByteKind::kEucKr:
+      return "EUC-KR";
+    case MultiByteKind::kJohab:
+      return "Johab";
+  }
+  return "";
+}
+
+int character_length(MultiByteKind kind, std::string_view bytes) {
+  if (at(bytes, 0) < 0x80) return 1;
+  switch (kind) {
+    case MultiByteKind::kUtf8:
+      return utf8_length(bytes);
+    case MultiByteKind::kShiftJis:
+      return shift_jis_length(bytes);
+    case MultiByteKind::kEucJp:
+      return euc_jp_length(bytes);
+    case MultiByteKind::kGb18030:
+      return gb18030_length(bytes);
+    case MultiByteKind::kBig5:
+      return table_length(kBig5Pairs, bytes);
+    case MultiByteKind::kEucTw:
+      return euc_tw_length(bytes);
+    case MultiByteKind::kEucKr:
+      return table_length(kCp949Pairs, bytes);
+    case MultiByteKind::kJohab:
+      return table_length(kJohabPairs, bytes);
+  }
+  return kNone;
+}
+
+// Reads whole characters and returns how many bytes they took; stops at a cut or a bad one.
+size_t MultiByteCheck::take(std::string_view bytes) {
+  size_t i = 0;
+  while (i < bytes.size()) {
+    if (at(bytes, i) < 0x80) {
+      ++i;
+      continue;
+    }
+    const int length = character_length(kind_, bytes.substr(i));
+    if (length <= 0) {
+      valid_ = length == kCut;
+      break;
+    }
+    wide_ += length > 1 ? 1 : 0;
+    i += static_cast<size_t>(length);
+  }
+  offset_ += i;
+  return i;
+}
+
+void MultiByteCheck::feed(std::string_view bytes) {
+  // Finish the character that the last piece cut, a byte at a time.
+  while (valid_ && nb_carried_ != 0 && !bytes.empty()) {
+    carried_[nb_carried_++] = bytes.front();
+    bytes.remove_prefix(1);
+    if (take(std::string_view(carried_, nb_carried_)) != 0) nb_carried_ = 0;
+  }
+  if (!valid_ || bytes.empty()) return;
+  bytes.remove_prefix(take(bytes));
+  if (!valid_) return;
+  memcpy(carried_, bytes.data(), bytes.size());
+  nb_carried_ = bytes.size();
+}
+
+}  // namespace orva

@@ -1,0 +1,63 @@
+#include "lib/detect/readings.h"
+
+#include <algorithm>
+#include <map>
+
+#include "lib/detect/charset_table.h"
+#include "lib/detect/priors.h"
+
+namespace orva {
+
+namespace {
+
+// A character of running text costs less; a wrong byte order strews characters over rare blocks.
+constexpr double kMostUnicodeCost = 10.5;
+constexpr uint64_t kFewestUnicode = 2;
+
+bool looks_unlike(const Evidence& evidence, int charset) {
+  const uint32_t flags = kCharsets[charset].flags;
+  if ((flags & (kUtf16 | kUtf32)) == 0) return evidence.count(0) != 0;
+  for (const UnicodeCheck& check : evidence.unicode()) {
+    if (find_charset_index(check.charset()) != charset) continue;
+    return check.characters() < kFewestUnicode || check.cost() > kMostUnicodeCost;
+  }
+  return true;
+}
+
+// What the bytes that occur decode to.
+std::vector<uint16_t> fingerprint(const Evidence& evidence, const uint16_t* table) {
+  std::vector<uint16_t> print;
+  for (int b = 0; b < 256; ++b) {
+    if (evidence.count(static_cast<unsigned char>(b)) != 0) print.push_back(table[b]);
+  }
+  return print;
+}
+
+}  // namespace
+
+bool Reading::holds(int charset) const {
+  return std::find(charsets.begin(), charsets.end(), charset) != charsets.end();
+}
+
+std::vector<Reading> find_readings(const Evidence& evidence,
+                                   const std::function<bool(int charset)>& allowed,
+                                   bool with_controls) {
+  std::vector<Reading> readings;
+  std::map<std::vector<uint16_t>, size_t> by_print;
+  for (int c = 0; c < kCharsetCount; ++c) {
+    if (!allowed(c) || looks_unlike(evidence, c) || !evidence.decodes(c, with_controls)) continue;
+    const uint16_t* table = single_byte_table(c);
+    size_t at = readings.size();
+    if (table != nullptr) at = by_print.emplace(fingerprint(evidence, table), at).first->second;
+    if (at == readings.size()) readings.emplace_back();
+    readings[at].charsets.push_back(c);
+    readings[at].table = table;
+  }
+  for (Reading& reading : readings) {
+    std::stable_sort(reading.charsets.begin(), reading.charsets.end(),
+                     [](int a, int b) { return prior_cost(a) < prior_cost(b); });
+  }
+  return readings;
+}
+
+}  // namespace orva

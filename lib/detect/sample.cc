@@ -1,0 +1,72 @@
+#include "lib/detect/sample.h"
+
+namespace orva {
+
+namespace {
+
+// A "<" whose ">" is farther away is a sign of its own.
+constexpr size_t kLongestTag = 2048;
+
+bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+bool begins_tag(std::string_view text, size_t at) {
+  if (at + 1 >= text.size()) return false;
+  const char c = text[at + 1];
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '/' || c == '!' || c == '?';
+}
+
+}  // namespace
+
+void Sample::reset() {
+  text_.clear();
+  line_.clear();
+  high_ = false;
+}
+
+void Sample::feed(std::string_view bytes) {
+  if (text_.size() < kHead) {
+    const std::string_view head = bytes.substr(0, kHead - text_.size());
+    text_ += head;
+    bytes.remove_prefix(head.size());
+  }
+  for (const char c : bytes) {
+    if (text_.size() >= kLimit) return;
+    line_.push_back(c);
+    if (static_cast<unsigned char>(c) >= 0x80) high_ = true;
+    // A line is cut where no character is: behind a byte below 0x40.
+    const bool full = line_.size() >= kLongestLine && static_cast<unsigned char>(c) < 0x30;
+    if (c == '\n' || full || line_.size() >= 2 * kLongestLine) end_line();
+  }
+}
+
+void Sample::end_line() {
+  if (high_) text_ += line_;
+  line_.clear();
+  high_ = false;
+}
+
+std::string_view Sample::text() {
+  end_line();
+  return text_;
+}
+
+std::string without_markup(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  bool blank = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '<' && begins_tag(text, i)) {
+      const size_t end = text.substr(i, kLongestTag).find('>');
+      if (end != std::string_view::npos) {
+        i += end;
+        continue;
+      }
+    }
+    const bool now = is_blank(text[i]);
+    if (!now || !blank) out.push_back(text[i]);
+    blank = now;
+  }
+  return out;
+}
+
+}  // namespace orva
