@@ -122,6 +122,10 @@ namespace orva {
 // Why a walk over `group` could leave one of its arrays; empty when none can.
 std::string group_defect(const CLidMGroup& group);
 
+// Internal state `istate` as files hold it, its reference an offset from the start of its array.
+struct StoredState;
+StoredState stored_state(const CLidMGroup& group, int istate);
+
 }  // namespace orva
 
 #endif  // ORVA_LIB_MGROUP_LID_MGROUP_H_

@@ -41,16 +41,6 @@ int check_header(FILE* stream, std::string* why) {
   return kGroupOk;
 }
 
-// The stored form of a state reference, an offset from the start of its array.
-int32_t stored_reference(const CLidMGroup& group, int istate) {
-  const CLidMGState& state = group.istates[istate];
-  if (istate >= group.nb_istates) return static_cast<int32_t>(state.ref.unused);
-  if (orva::state_first(state.info) != 0) {
-    return static_cast<int32_t>(state.ref.chrs - group.istates_chrs);
-  }
-  return static_cast<int32_t>((state.ref.dnxts - group.istates_dnxts) * 4);
-}
-
 // The address of a stored reference; false when what it names does not lie in its array.
 bool resolve_reference(CLidMGroup* group, int istate, const orva::StoredState& stored) {
   CLidMGState& state = group->istates[istate];
@@ -136,6 +126,15 @@ int read_facts(CLidMGroup* group, FILE* stream, std::string* why) {
 
 }  // namespace
 
+orva::StoredState orva::stored_state(const CLidMGroup& group, int istate) {
+  const CLidMGState& state = group.istates[istate];
+  if (istate >= group.nb_istates) return {static_cast<int32_t>(state.ref.unused), state.info};
+  if (state_first(state.info) != 0) {
+    return {static_cast<int32_t>(state.ref.chrs - group.istates_chrs), state.info};
+  }
+  return {static_cast<int32_t>((state.ref.dnxts - group.istates_dnxts) * 4), state.info};
+}
+
 int CLidMGroup::load(const char* path) {
   FILE* stream = fopen(path, "rb");
   if (stream == nullptr) return kGroupCannotOpen;
@@ -199,7 +198,7 @@ int CLidMGroup::f_write(FILE* stream) const {
   }
   if (models_part.f_write(stream) != 0) return -1;
   for (int i = 0; i < istates_tsize; ++i) {
-    const orva::StoredState stored = {stored_reference(*this, i), istates[i].info};
+    const orva::StoredState stored = orva::stored_state(*this, i);
     if (!orva::write_items(stream, &stored, sizeof stored, 1)) return -1;
   }
   const auto count = [](int tsize) { return static_cast<size_t>(tsize); };
