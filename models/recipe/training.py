@@ -6,7 +6,6 @@ largest cost, hence the same step, and the models of a set the same costs for al
 bytes, which are the same text in all of them.
 """
 
-import collections
 import multiprocessing
 import os
 import subprocess
@@ -14,23 +13,13 @@ import subprocess
 WEIGHT = 0.99
 PREPROCESS = "DCX"
 LOWEST, HIGHEST = 0.0, 12.0
-_FOLD = bytes(b + 32 if 65 <= b <= 90 else b for b in range(256))
 _HEAD_LINES = 35  # the header, a scalar, 32 lines of byte costs, two scalars
 
 
-def least_frequency(path, keep):
-    """The frequency that about `keep` trigrams of the text reach."""
-    with open(path, "rb") as file:
-        data = file.read().translate(_FOLD, b"0123456789")
-    counts = sorted(collections.Counter(zip(data, data[1:], data[2:])).values(), reverse=True)
-    return counts[keep] + 1 if len(counts) > keep else 1
-
-
 def _train(job):
-    program, text, model, frequency = job
-    subprocess.run([program, "train", "-o", model, "--min-freq", str(frequency), "--weight",
-                    str(WEIGHT), "--preprocess", PREPROCESS, text], check=True,
-                   stdout=subprocess.DEVNULL)
+    program, text, model, keep = job
+    subprocess.run([program, "train", "-o", model, "--max-tri", str(keep), "--weight", str(WEIGHT),
+                    "--preprocess", PREPROCESS, text], check=True, stdout=subprocess.DEVNULL)
 
 
 class TrainedModel:
@@ -78,12 +67,9 @@ def train(program, table, groups, texts, folder):
     """Trains all models of the table from texts/NAME.txt into `folder`."""
     raw = os.path.join(folder, "raw")
     os.makedirs(raw, exist_ok=True)
-    path_of = {model.name: os.path.join(texts, model.name + ".txt") for model in table}
     with multiprocessing.Pool(2) as pool:
-        chosen = pool.starmap(least_frequency, [(path_of[m.name], m.keep) for m in table], 1)
-        frequency = dict(zip((model.name for model in table), chosen))
-        pool.map(_train, [(program, path_of[m.name], os.path.join(raw, m.name), frequency[m.name])
-                          for m in table], 1)
+        pool.map(_train, [(program, os.path.join(texts, model.name + ".txt"),
+                           os.path.join(raw, model.name), model.keep) for model in table], 1)
     trained = {model.name: TrainedModel(os.path.join(raw, model.name)) for model in table}
     for group in groups:
         share_ascii([trained[model.name] for model in group])

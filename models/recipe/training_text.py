@@ -101,6 +101,16 @@ def _layout(lines, spaced):
     return "\n".join(laid) + "\n"
 
 
+def _marked(content):
+    """The text with a byte order mark before every hundredth line.
+
+    The mark is all that tells the two byte orders of ASCII text apart; once would be too rare to
+    be learnt.
+    """
+    lines = content.split("\n")
+    return "\n".join("\ufeff" + line if i % 100 == 0 else line for i, line in enumerate(lines))
+
+
 def write(corpus, models, folder):
     """Writes the training texts of one language's models; returns how many lines were dropped."""
     os.makedirs(folder, exist_ok=True)
@@ -117,6 +127,8 @@ def write(corpus, models, folder):
             mixed = _mixture(corpus.sample(language), language, model.charset, size * model.mix)
             spaced = languages.is_spaced(language if language in languages.TEXTS else "zh_Hans")
             content = _layout(own, spaced or language in ("pt", "no")) + _layout(mixed, True)
+            if model.charset.startswith(("UTF-16", "UTF-32")):
+                content = _marked(content)
             with open(os.path.join(folder, model.name + ".txt"), "wb") as file:
                 file.write(charsets.Encoder("", model.charset).encode(content + _EVERY_SIGN))
     return dropped
