@@ -21,6 +21,8 @@ _CODECS = {
     "windows-874": "cp874", "KZ-1048": "kz1048",
 }
 
+EBCDIC = ("IBM037", "IBM424", "IBM500", "IBM875")
+
 _SIGNS = {
     "\u2018": "'", "\u2019": "'", "\u201a": "'", "\u201b": "'", "\u2032": "'", "\u02bc": "'",
     "\u201c": '"', "\u201d": '"', "\u201e": '"', "\u201f": '"', "\u2033": '"',
@@ -61,7 +63,7 @@ def codec_of(charset):
 
 def is_ascii_based(charset):
     """Whether ASCII text reads the same in it, so that models share what they know of it."""
-    return not charset.startswith(("UTF-16", "UTF-32", "IBM037", "IBM500", "ISO-2022", "HZ"))
+    return not charset.startswith(("UTF-16", "UTF-32", "ISO-2022", "HZ") + EBCDIC)
 
 
 def is_single_byte(charset):

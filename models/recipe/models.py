@@ -8,8 +8,10 @@ from . import charsets
 TABLE = os.path.join(os.path.dirname(__file__), "MODELS")
 MOST_MODELS = 199
 MIX = 0.02
+# Documents in any language hold English: names, quotations, what markup and programs leave behind.
+ENGLISH = 0.15
 
-Model = collections.namedtuple("Model", "name language charset text mix keep")
+Model = collections.namedtuple("Model", "name language charset text mix english keep")
 
 
 def _keep_of(language, charset):
@@ -30,6 +32,7 @@ def read():
             given = dict(option.split("=") for option in options)
             table.append(Model(language + charset, language, charset, given.get("text", ""),
                                float(given.get("mix", MIX)),
+                               float(given.get("english", 0 if language == "en" else ENGLISH)),
                                int(given.get("keep", _keep_of(language, charset)))))
     assert len(table) <= MOST_MODELS and len({model.name for model in table}) == len(table)
     return table

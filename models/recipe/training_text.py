@@ -72,8 +72,8 @@ def common_lines(lines, language, charset_names):
     return written, dropped
 
 
-def _mixture(lines, language, charset, amount):
-    """Lines in other languages that the charset holds, about `amount` characters."""
+def _mixture(lines, charset, amount):
+    """Lines of other languages that the charset holds, about `amount` characters."""
     encoder = charsets.Encoder("", charset)
     chosen = []
     for number, line in enumerate(lines):
@@ -124,7 +124,8 @@ def write(corpus, models, folder):
         for model in group:
             own = written[model.charset]
             size = sum(map(len, own))
-            mixed = _mixture(corpus.sample(language), language, model.charset, size * model.mix)
+            mixed = _mixture(corpus.sample(language), model.charset, size * model.mix)
+            mixed += _mixture(corpus.text("en"), model.charset, size * model.english)
             spaced = languages.is_spaced(language if language in languages.TEXTS else "zh_Hans")
             content = _layout(own, spaced or language in ("pt", "no")) + _layout(mixed, True)
             if model.charset.startswith(("UTF-16", "UTF-32")):
