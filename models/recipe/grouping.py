@@ -3,7 +3,7 @@
 import os
 import subprocess
 
-from .training import TrainedModel
+from .training import EXTENSION, TrainedModel
 
 
 def write_facts(groups, path):
@@ -26,7 +26,7 @@ def values_per_trigram(paths, groups):
     size_of = [len(group) for group in groups]
     holders = {}
     for path in paths:
-        name = os.path.basename(path)
+        name = os.path.basename(path)[:-len(EXTENSION)]
         for trigram, cost in TrainedModel(path).costs.items():
             # A step is 13/256 of the range that all models share.
             holders.setdefault(trigram, []).append((set_of.get(name, -1), int(cost * 256 / 13 + 0.5)))

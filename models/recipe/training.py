@@ -13,7 +13,13 @@ import subprocess
 WEIGHT = 0.99
 PREPROCESS = "DCX"
 LOWEST, HIGHEST = 0.0, 12.0
+EXTENSION = ".tri"
 _HEAD_LINES = 35  # the header, a scalar, 32 lines of byte costs, two scalars
+
+
+def path_of(name, folder):
+    """The file of a trained model."""
+    return os.path.join(folder, name + EXTENSION)
 
 
 def _train(job):
@@ -69,11 +75,11 @@ def train(program, table, groups, texts, folder):
     os.makedirs(raw, exist_ok=True)
     with multiprocessing.Pool(2) as pool:
         pool.map(_train, [(program, os.path.join(texts, model.name + ".txt"),
-                           os.path.join(raw, model.name), model.keep) for model in table], 1)
-    trained = {model.name: TrainedModel(os.path.join(raw, model.name)) for model in table}
+                           path_of(model.name, raw), model.keep) for model in table], 1)
+    trained = {model.name: TrainedModel(path_of(model.name, raw))
+               for model in table}
     for group in groups:
         share_ascii([trained[model.name] for model in group])
     for name, model in trained.items():
         model.clamp()
-        model.write(os.path.join(folder, name))
-    return [os.path.join(folder, model.name) for model in table]
+        model.write(path_of(name, folder))
