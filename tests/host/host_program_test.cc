@@ -198,5 +198,36 @@ TEST_F(HostProgram, UnreadableDocumentDoesNotStopTheOthers) {
   EXPECT_NE(outcome.out.find("answer after 1 block: KOI8-R"), std::string::npos);
 }
 
+// `text` with every `from` replaced.
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+TEST_F(HostProgram, ExamplesOfTheComponentsPageAreWhatTheProgramPrints) {
+  const std::string page = bytes_of(ORVA_SOURCE_DIR "/doc/COMPONENT.md");
+  const std::string fence = "```console\n";
+  const size_t start = page.find(fence);
+  ASSERT_NE(start, std::string::npos);
+  const size_t from = start + fence.size();
+  const std::string block = page.substr(from, page.find("```", from) - from);
+  std::string script = "cd " ORVA_SOURCE_DIR "\n";
+  std::string expected;
+  for (const std::string& line : lines_of(block)) {
+    if (line.starts_with("$ ")) {
+      script += line.substr(2) + "\n";
+    } else {
+      expected += line + "\n";
+    }
+  }
+  script = replaced(script, "build/bin/orva-host", ORVA_HOST_PROGRAM);
+  script = replaced(script, "build/lib/liborvacharset.so", ORVA_COMPONENT_LIBRARY);
+  const std::string path = folder_.file("examples.sh", script);
+  ASSERT_EQ(std::system(("sh " + path + " >" + folder_.path() + "/out 2>/dev/null").c_str()), 0);
+  EXPECT_EQ(bytes_of(folder_ / "out"), expected);
+}
+
 }  // namespace
 }  // namespace orva
