@@ -34,6 +34,9 @@ class CreditTable {
   // Credits the values of one leaf word, reached once by `byte`. Returns their number.
   int add(const CLidMGroup& group, uint32_t leaf_word, int byte);
 
+  // Makes room for so many counted leaves, which add then needs no memory for.
+  void reserve(size_t nb_leaves) { by_byte_.reserve(nb_leaves); }
+
   // Credits the values of all counted leaves. Returns their number.
   uint32_t add(const CLidMGroup& group, const TrigramIndex& index,
                const std::vector<LeafCount>& leaves);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <vector>
 
 #include "lib/mgroup/group_format.h"
@@ -55,12 +57,22 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
                   unigrams_ready() && languages_->ready != 0;
   memset(byte_counts_, 0, sizeof byte_counts_);
   ready_ = ok ? 1 : 0;
-  if (ok) {
-    index_ = std::make_unique<orva::TrigramIndex>();
-    if (!index_->build(*group)) index_.reset();
-    if (index_ != nullptr) counter_ = std::make_unique<orva::RunCounter>(index_.get());
-  }
+  if (ok) make_index();
   init();
+}
+
+// Without memory for an index the automaton is walked, which gives the same scores.
+void CLidMGroupEval::make_index() {
+  try {
+    index_ = std::make_unique<orva::TrigramIndex>();
+    if (!index_->build(*group_)) index_.reset();
+    if (index_ == nullptr) return;
+    counter_ = std::make_unique<orva::RunCounter>(index_.get());
+    credits_.reserve(orva::RunCounter::kMaxRun);
+  } catch (const std::bad_alloc&) {
+    counter_.reset();
+    index_.reset();
+  }
 }
 
 CLidMGroupEval::~CLidMGroupEval() {

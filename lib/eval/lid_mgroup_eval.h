@@ -60,6 +60,7 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   const CLidMGLang& languages() const { return *languages_; }
 
  private:
+  void make_index();
   void step(unsigned char c);
   void walk(const unsigned char* buf, int n);
   void run(const unsigned char* buf, int n);
