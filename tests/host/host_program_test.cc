@@ -55,7 +55,7 @@ class HostProgram : public testing::Test {
   }
 
   const std::string lib_ = ORVA_COMPONENT_LIBRARY;
-  std::string models_ = ORVA_SOURCE_DIR "/models";
+  std::string models_ = ORVA_SOURCE_DIR "/tests/host/models";
   TempDir folder_;
   std::string registry_ = folder_.path() + "/registry.txt";
   std::string russian_ = folder_.file("russian.txt", kRussian);

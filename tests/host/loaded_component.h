@@ -47,7 +47,8 @@ class LoadedComponent : public testing::Test {
   }
 
   // A host with these models, and the library in it.
-  void load(const std::string& models = ORVA_SOURCE_DIR "/models", const Faults& faults = {}) {
+  void load(const std::string& models = ORVA_SOURCE_DIR "/tests/host/models",
+            const Faults& faults = {}) {
     library_.reset();
     host_.reset();
     host_ = std::make_unique<SmallHost>(models, faults);

@@ -144,7 +144,7 @@ TEST_F(ModuleWithoutModels, FailuresOfTheHostAreTheResultOfTheFirstClassObject) 
   const auto result_with = [this](bool Faults::*fault) {
     Faults faults;
     faults.*fault = true;
-    load(ORVA_SOURCE_DIR "/models", faults);
+    load(ORVA_SOURCE_DIR "/tests/host/models", faults);
     void* none = nullptr;
     return class_object(kStreamingDetectorCID, nsIFactory::GetIID(), &none);
   };
@@ -155,7 +155,7 @@ TEST_F(ModuleWithoutModels, FailuresOfTheHostAreTheResultOfTheFirstClassObject) 
 
 TEST_F(ModuleWithoutModels, NamesWithoutAGroupAreNotReleased) {
   const TempDir models;
-  models.file("Model.stc", bytes_of(ORVA_SOURCE_DIR "/models/Model.stc"));
+  models.file("Model.stc", bytes_of(ORVA_SOURCE_DIR "/tests/host/models/Model.stc"));
   for (int i = 0; i < 2; ++i) {
     load(models.path());
     void* none = nullptr;

@@ -70,7 +70,7 @@ class Registration : public LoadedComponent {
   void SetUp() override {
     Faults faults;
     faults.registry_service = true;
-    load(ORVA_SOURCE_DIR "/models", faults);
+    load(ORVA_SOURCE_DIR "/tests/host/models", faults);
     nsServiceManager::RegisterService(NS_REGISTRY_CONTRACTID, registry_);
   }
   nsresult add() { return module()->RegisterSelf(manager_, file_, "rel:c.so", "type"); }
