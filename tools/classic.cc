@@ -67,10 +67,10 @@ bool ClassicDetector::detect(const std::string& name, size_t block, Detection* d
   };
   if (!read_document(name, block, take, error)) return false;
   if (run.best() < 0 || run.scores().scores == nullptr) return true;
-  detection->model = run.best();
+  detection->answered = true;
   detection->charset = charsets_[static_cast<size_t>(run.best())];
-  detection->model_name = pemb_model_name(handle_, run.best());
-  detection->language = detection->model_name.substr(0, 2);
+  detection->model = pemb_model_name(handle_, run.best());
+  detection->language = detection->model.substr(0, 2);
   detection->confidence = static_cast<double>(run.scores().ratio);
   detection->cost = static_cast<double>(run.scores().scores[run.best()]);
   return true;

@@ -3,23 +3,13 @@
 #ifndef ORVA_TOOLS_CLASSIC_H_
 #define ORVA_TOOLS_CLASSIC_H_
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "lib/api/pemb.h"
+#include "tools/detection.h"
 
 namespace orva {
-
-struct Detection {
-  int model = -1;        // index in the group, -1 when nothing won
-  std::string charset;   // as Model.stc names it
-  std::string language;  // two letters
-  std::string model_name;
-  double confidence = 0;  // ratio of the language against the others
-  double cost = 0;        // mean cost per byte
-  uint64_t bytes = 0;     // bytes of the document that were read
-};
 
 // A model group with its charset names.
 class ClassicDetector {

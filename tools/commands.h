@@ -14,11 +14,17 @@ namespace orva {
 enum ExitStatus { kExitOk = 0, kExitNoAnswer = 1, kExitError = 2 };
 
 struct DetectOptions {
-  std::string models;              // folder of Model.grp and Model.stc; empty: the usual places
-  unsigned block = 4096;           // bytes fed at a time, 0 for the whole document at once
-  bool json = false;               // one JSON object a line
-  bool recursive = false;          // go into directories
-  std::vector<std::string> files;  // "-" is standard input
+  std::string models;                  // folder of Model.grp and Model.stc; empty: the usual places
+  unsigned block = 4096;               // bytes fed at a time on the classic path, 0 for all at once
+  bool json = false;                   // one JSON object a line
+  bool recursive = false;              // go into directories
+  bool classic = false;                // what the component answers, instead of the modern detector
+  bool all = false;                    // read whole documents instead of their beginning
+  bool list = false;                   // print the known charsets and languages, and nothing else
+  std::vector<std::string> charsets;   // answer only these, empty for any
+  std::vector<std::string> languages;  // likewise
+  std::vector<std::string> excluded;   // charsets never to be answered
+  std::vector<std::string> files;      // "-" is standard input
 };
 int run_detect(const DetectOptions& options);
 

@@ -1,40 +1,54 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <functional>
 
 #include "tools/classic.h"
 #include "tools/commands.h"
 #include "tools/documents.h"
 #include "tools/json_output.h"
+#include "tools/modern.h"
 #include "tools/report.h"
 
 namespace orva {
 namespace {
 
+using Detect = std::function<bool(const std::string& name, Detection*, std::string* error)>;
+
+std::string or_dash(const std::string& text) { return text.empty() ? "-" : text; }
+
 std::string text_line(const std::string& path, const Detection& detection) {
-  if (detection.model < 0) return path + ": - -";
-  return path + ": " + detection.charset + " " + detection.language;
+  if (!detection.answered) return path + ": - -";
+  return path + ": " + or_dash(detection.charset) + " " + or_dash(detection.language);
 }
 
-}  // namespace
+// The folder that --models or ORVA_MODELS names; empty for the built-in models.
+std::string named_models(const std::string& given) {
+  if (!given.empty()) return given;
+  const char* named = getenv("ORVA_MODELS");
+  return named == nullptr ? "" : named;
+}
 
-int run_detect(const DetectOptions& options) {
-  std::vector<std::string> names = options.files;
-  if (names.empty()) {
-    if (isatty(STDIN_FILENO) != 0) {
-      report_error("detect", "no file given (\"-\" reads standard input)");
-      return kExitError;
-    }
-    names.emplace_back("-");
-  }
+bool open_classic(const DetectOptions& options, ClassicDetector* detector) {
   const std::string models = find_models(options.models);
-  if (models.empty()) {
-    report_error("detect", "no models found; name their folder with --models or ORVA_MODELS");
-    return kExitError;
-  }
-  ClassicDetector detector;
-  if (!detector.open(models)) return kExitError;
+  if (!models.empty()) return detector->open(models);
+  report_error("detect", "no models found; name their folder with --models or ORVA_MODELS");
+  return false;
+}
 
+bool open_modern(const DetectOptions& options, ModernDetector* detector) {
+  ModernOptions modern;
+  modern.models = named_models(options.models);
+  modern.all = options.all;
+  modern.charsets = options.charsets;
+  modern.languages = options.languages;
+  modern.excluded = options.excluded;
+  return detector->open(modern);
+}
+
+// Answers for every document; the status of the whole run.
+int detect_all(const std::vector<std::string>& names, const DetectOptions& options,
+               const Detect& detect) {
   bool failed = false;
   bool unanswered = false;
   const std::vector<std::string> files = expand_documents(names, options.recursive, &failed);
@@ -43,20 +57,59 @@ int run_detect(const DetectOptions& options) {
     progress.at(i, files[i]);
     Detection detection;
     std::string error;
-    const bool read = detector.detect(files[i], options.block, &detection, &error);
+    const bool read = detect(files[i], &detection, &error);
     progress.wipe();
     if (!read) {
       report_error(files[i], error);
       failed = true;
       continue;
     }
-    if (detection.model < 0) unanswered = true;
+    if (!detection.answered) unanswered = true;
     const std::string line =
         options.json ? detection_json(files[i], detection) : text_line(files[i], detection);
     printf("%s\n", line.c_str());
   }
   if (failed) return kExitError;
   return unanswered ? kExitNoAnswer : kExitOk;
+}
+
+int print_list(const DetectOptions& options) {
+  ModernDetector detector;
+  if (!open_modern(options, &detector)) return kExitError;
+  printf("charsets:");
+  for (int i = 0; i < orva_nb_charsets(); ++i) printf(" %s", orva_charset(i));
+  printf("\nlanguages:");
+  for (int i = 0; i < orva_nb_languages(detector.models()); ++i) {
+    printf(" %s", orva_language(detector.models(), i));
+  }
+  printf("\n");
+  return kExitOk;
+}
+
+}  // namespace
+
+int run_detect(const DetectOptions& options) {
+  if (options.list) return print_list(options);
+  std::vector<std::string> names = options.files;
+  if (names.empty()) {
+    if (isatty(STDIN_FILENO) != 0) {
+      report_error("detect", "no file given (\"-\" reads standard input)");
+      return kExitError;
+    }
+    names.emplace_back("-");
+  }
+  if (options.classic) {
+    ClassicDetector detector;
+    if (!open_classic(options, &detector)) return kExitError;
+    return detect_all(names, options, [&](const auto& name, auto* detection, auto* error) {
+      return detector.detect(name, options.block, detection, error);
+    });
+  }
+  ModernDetector detector;
+  if (!open_modern(options, &detector)) return kExitError;
+  return detect_all(names, options, [&](const auto& name, auto* detection, auto* error) {
+    return detector.detect(name, detection, error);
+  });
 }
 
 }  // namespace orva

@@ -26,19 +26,39 @@ std::string hex_of(const std::string& bytes) {
   return hex;
 }
 
+Json text_or_null(const std::string& text) { return text.empty() ? Json() : Json(text); }
+
+Json candidates_json(const Detection& detection) {
+  Json list = Json::array();
+  for (const RankedReading& reading : detection.candidates) {
+    Json object;
+    object["charset"] = reading.charset;
+    object["language"] = text_or_null(reading.language);
+    object["probability"] = reading.probability;
+    object["cost"] = reading.cost;
+    list.push_back(object);
+  }
+  return list;
+}
+
 }  // namespace
 
 std::string detection_json(const std::string& path, const Detection& detection) {
   Json object;
   object["path"] = path;
   if (!is_utf8(path)) object["path_bytes"] = hex_of(path);
-  const bool won = detection.model >= 0;
+  const bool won = detection.answered;
   object["charset"] = won ? Json(detection.charset) : Json();
-  object["language"] = won ? Json(detection.language) : Json();
-  object["model"] = won ? Json(detection.model_name) : Json();
+  object["language"] = text_or_null(detection.language);
+  object["model"] = text_or_null(detection.model);
   object["confidence"] = won ? Json(detection.confidence) : Json();
   object["cost"] = won ? Json(detection.cost) : Json();
   object["bytes"] = detection.bytes;
+  if (!detection.kind.empty()) {
+    object["kind"] = detection.kind;
+    object["bom"] = detection.has_bom;
+    object["candidates"] = candidates_json(detection);
+  }
   return object.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 

@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "tools/classic.h"
+#include "tools/detection.h"
 
 namespace orva {
 
-// One object without a newline. Bytes of `path` that are not UTF-8 are replaced there and given
-// whole, in hexadecimal, as path_bytes.
+// One object without a newline. What is not known is null. Bytes of `path` that are not UTF-8 are
+// replaced there and given whole, in hexadecimal, as path_bytes.
 std::string detection_json(const std::string& path, const Detection& detection);
 
 }  // namespace orva

@@ -10,11 +10,23 @@ void add_detect(CLI::App* app, orva::DetectOptions* options) {
   command->add_option("--models", options->models, "Folder of Model.grp and Model.stc");
   command
       ->add_option("--block", options->block,
-                   "Bytes fed at a time, 0 for the whole document at once")
+                   "Bytes fed at a time with --classic, 0 for the whole document at once")
       ->check(CLI::Range(0U, 0x7FFFFFFFU))
       ->capture_default_str();
+  command->add_flag("--classic", options->classic, "Answer as the component does");
   command->add_flag("--json", options->json, "Print one JSON object a line");
   command->add_flag("--recursive,-r", options->recursive, "Go into directories");
+  command->add_flag("--all", options->all, "Read whole documents, not only their beginning");
+  command->add_option("--charsets", options->charsets, "Answer only these charsets (A,B,...)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command->add_option("--languages", options->languages, "Answer only these languages (A,B,...)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command->add_option("--not", options->excluded, "Never answer these charsets (A,B,...)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command->add_flag("--list", options->list, "Print the known charsets and languages");
   command->add_option("FILE", options->files, "Documents; - is standard input");
 }
 
@@ -69,6 +81,13 @@ void add_group(CLI::App* app, orva::GroupOptions* options) {
       ->required();
 }
 
+void add_export(CLI::App* app, orva::ExportOptions* options) {
+  CLI::App* command = app->add_subcommand("export", "Write a group as C tables");
+  command->add_option("GROUP", options->group, "Model group file")->required();
+  command->add_option("DIR", options->dir, "Folder for hardcoded_mg.C and hardcoded_mg.H")
+      ->required();
+}
+
 void add_info(CLI::App* app, orva::InfoOptions* options) {
   CLI::App* command = app->add_subcommand("info", "Tell what a model file holds");
   command->add_option("FILE", options->file, "Model group, Model.stc or trained model")->required();
@@ -84,11 +103,13 @@ int main(int argc, char** argv) {
   orva::ScoreOptions score;
   orva::TrainOptions train;
   orva::GroupOptions group;
+  orva::ExportOptions exported;
   orva::InfoOptions info;
   add_detect(&app, &detect);
   add_score(&app, &score);
   add_train(&app, &train);
   add_group(&app, &group);
+  add_export(&app, &exported);
   add_info(&app, &info);
   try {
     app.parse(argc, argv);
@@ -99,5 +120,6 @@ int main(int argc, char** argv) {
   if (app.got_subcommand("score")) return orva::run_score(score);
   if (app.got_subcommand("train")) return orva::run_train(train);
   if (app.got_subcommand("group")) return orva::run_group(group);
+  if (app.got_subcommand("export")) return orva::run_export(exported);
   return orva::run_info(info);
 }

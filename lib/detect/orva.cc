@@ -138,6 +138,19 @@ void fill_result(const OrvaDetector* d, OrvaResult* result) {
   result->language_probability = best.language < 0 ? 0 : best.language_probability;
 }
 
+// The languages of `models`, of the built-in ones when null; none when these cannot be had.
+const std::vector<std::string>& languages_of(const OrvaModels* models) {
+  static const std::vector<std::string> kNone;
+  if (models != nullptr) return models->tables->languages();
+  try {
+    // Held for good, so that the names outlast every detector.
+    static const auto kBuiltIn = orva::builtin_models();
+    return kBuiltIn == nullptr ? kNone : kBuiltIn->languages();
+  } catch (...) {
+    return kNone;
+  }
+}
+
 }  // namespace
 
 const char* orva_version(void) { return kVersion; }
@@ -184,12 +197,12 @@ void orva_close_models(OrvaModels* models) { delete models; }
 void orva_free_text(char* text) { free(text); }
 
 int orva_nb_languages(const OrvaModels* models) {
-  return models == nullptr ? 0 : static_cast<int>(models->tables->languages().size());
+  return static_cast<int>(languages_of(models).size());
 }
 
 const char* orva_language(const OrvaModels* models, int index) {
   if (index < 0 || index >= orva_nb_languages(models)) return nullptr;
-  return models->tables->languages()[static_cast<size_t>(index)].c_str();
+  return languages_of(models)[static_cast<size_t>(index)].c_str();
 }
 
 OrvaDetector* orva_new(OrvaModels* models) {

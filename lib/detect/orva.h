@@ -87,7 +87,7 @@ ORVA_API OrvaModels* orva_open_models(const char* group_path, const char* names_
 ORVA_API void orva_close_models(OrvaModels* models);
 ORVA_API void orva_free_text(char* text);
 
-/* Languages that the models tell apart. */
+/* Languages that the models tell apart, the built-in ones when null. */
 ORVA_API int orva_nb_languages(const OrvaModels* models);
 ORVA_API const char* orva_language(const OrvaModels* models, int index);
 

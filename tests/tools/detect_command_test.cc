@@ -73,6 +73,38 @@ TEST(DetectCommand, JsonCharsetIsNullWhenNothingWon) {
   EXPECT_NE(run.out.find("\"bytes\":0"), std::string::npos) << run.out;
 }
 
+TEST(DetectCommand, NamesOnlyWhatIsAllowed) {
+  const TempDir dir;
+  const std::string text = dir.file("t", kRussianKoi8);
+  const Ended only = run_orva({"detect", "--charsets", "windows-1251,ISO-8859-5", text});
+  EXPECT_EQ(only.out.find("KOI8"), std::string::npos) << only.out;
+  const Ended without = run_orva({"detect", "--not", "KOI8-R,KOI8-U", text});
+  EXPECT_EQ(without.out.find(": KOI8-R"), std::string::npos) << without.out;
+  const Ended unknown = run_orva({"detect", "--charsets", "no-such", text});
+  EXPECT_EQ(unknown.status, 2);
+  EXPECT_NE(unknown.err.find("--charsets: unknown charset"), std::string::npos) << unknown.err;
+}
+
+TEST(DetectCommand, BinaryDataHasNoCharset) {
+  const TempDir dir;
+  std::string bytes(
+      "\x7F"
+      "ELF\2\1\1\0\0\0\0\0\0\0\0\0\3\0\x3E\0\1\0\0\0",
+      24);
+  bytes += std::string(500, '\0');
+  const Ended run = run_orva({"detect", "--json", dir.file("b", bytes)});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.out.find("\"kind\":\"binary\""), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("\"charset\":null"), std::string::npos) << run.out;
+}
+
+TEST(DetectCommand, ListsWhatItKnows) {
+  const Ended run = run_orva({"detect", "--list"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("charsets: US-ASCII UTF-8 "), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("\nlanguages: en "), std::string::npos) << run.out;
+}
+
 TEST(DetectCommand, GoesIntoADirectoryOnlyWhenAsked) {
   const TempDir dir;
   const std::string one = dir.file("1", kRussianKoi8);
@@ -109,9 +141,15 @@ TEST(DetectCommand, NamesMustBeAsManyAsModels) {
   const TempDir dir;
   dir.file("Model.grp", bytes_of(models_dir() + "/Model.grp"));
   dir.file("Model.stc", std::string("\1\0\0\0\3\0\0\0\0\0A", 11));
-  const Ended run = run_orva({"detect", "--models", dir.path(), dir.file("text", kEnglish)});
+  const std::string text = dir.file("text", kEnglish);
+  const Ended run = run_orva({"detect", "--models", dir.path(), text});
   EXPECT_EQ(run.status, 2);
-  EXPECT_NE(run.err.find("names 1 charsets, but Model.grp holds"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("the charset names are those of another group"), std::string::npos)
+      << run.err;
+  const Ended classic = run_orva({"detect", "--classic", "--models", dir.path(), text});
+  EXPECT_EQ(classic.status, 2);
+  EXPECT_NE(classic.err.find("names 1 charsets, but Model.grp holds"), std::string::npos)
+      << classic.err;
 }
 
 TEST(DetectCommand, ADamagedGroupIsExplained) {
@@ -119,11 +157,12 @@ TEST(DetectCommand, ADamagedGroupIsExplained) {
   const std::string group = bytes_of(models_dir() + "/Model.grp");
   dir.file("Model.stc", bytes_of(models_dir() + "/Model.stc"));
   dir.file("Model.grp", group.substr(0, group.size() / 2));
-  const Ended run = run_orva({"detect", "--models", dir.path(), dir.file("text", kEnglish)});
-  EXPECT_EQ(run.status, 2);
-  EXPECT_NE(run.err.find("Model.grp: no valid model group: arrays are larger than the file"),
-            std::string::npos)
-      << run.err;
+  const std::string text = dir.file("text", kEnglish);
+  for (const char* path : {"--all", "--classic"}) {
+    const Ended run = run_orva({"detect", path, "--models", dir.path(), text});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find("arrays are larger than the file"), std::string::npos) << run.err;
+  }
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ class GroupCommand : public testing::Test {
   std::string train(const std::string& name, const std::string& text,
                     const std::string& switches = "DCX") {
     const std::string model = dir_ / name;
-    const Ended run = run_orva(
-        {"train", "-o", model, "--preprocess", switches, dir_.file("text", text)});
+    const Ended run =
+        run_orva({"train", "-o", model, "--preprocess", switches, dir_.file("text", text)});
     EXPECT_EQ(run.status, 0) << run.err;
     return model;
   }
@@ -34,7 +34,7 @@ TEST_F(GroupCommand, MakesAFolderThatDetectsWhatItWasTrainedOn) {
   const Ended made = group({"--stc", dir_ / "Model.stc", english, french});
   EXPECT_EQ(made.status, 0) << made.err;
   const std::string text = dir_.file("t", "et le chien");
-  const Ended run = run_orva({"detect", "--models", dir_.path(), text});
+  const Ended run = run_orva({"detect", "--classic", "--models", dir_.path(), text});
   EXPECT_EQ(run.out, text + ": ISO-8859-1 fr\n") << run.err;
 }
 
@@ -110,6 +110,25 @@ TEST_F(GroupCommand, PrintsTheStatisticsOfTheBuildOnRequest) {
   EXPECT_NE(run.out.find("\nBuildEnd.\n\tIStates     5 X 8 =     40\n"), std::string::npos)
       << run.out;
   EXPECT_NE(run.out.find("\tLStates     2 X 4 =      8\n"), std::string::npos) << run.out;
+}
+
+TEST_F(GroupCommand, ExportsCTablesIntoAFolder) {
+  const std::string good = train("enUS-ASCII.tri", "the cat and the dog");
+  ASSERT_EQ(group({good}).status, 0);
+  std::filesystem::create_directory(dir_ / "c");
+  const Ended run = run_orva({"export", dir_ / "Model.grp", dir_ / "c"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(bytes_of(dir_ / "c/hardcoded_mg.C").find("HC_CLidMGroup_nb_models = 1;"),
+            std::string::npos);
+  EXPECT_NE(bytes_of(dir_ / "c/hardcoded_mg.H").find("#endif"), std::string::npos);
+  int nb_entries = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(dir_ / "c")) {
+    static_cast<void>(entry);
+    ++nb_entries;
+  }
+  EXPECT_EQ(nb_entries, 2);  // nothing temporary is left
+  EXPECT_EQ(run_orva({"export", dir_ / "Model.grp", dir_ / "none"}).status, 2);
+  EXPECT_EQ(run_orva({"export", good, dir_ / "c"}).status, 2);
 }
 
 }  // namespace

@@ -8,7 +8,8 @@ namespace {
 
 // A short tale in French, UTF-8; "\xC5\x93" is a ligature that ISO-8859-1 lacks.
 constexpr char kTale[] =
-    "Le vieux p\xC3\xAA" "cheur descendait chaque matin vers le port, bien avant le lever du soleil.\n"
+    "Le vieux p\xC3\xAA"
+    "cheur descendait chaque matin vers le port, bien avant le lever du soleil.\n"
     "Sa s\xC5\x93ur l'attendait pr\xC3\xA8s de la fontaine, une lanterne \xC3\xA0 la main.\n"
     "Ils ne parlaient gu\xC3\xA8re, car tout \xC3\xA9tait dit depuis longtemps.\n";
 
@@ -54,8 +55,8 @@ TEST(TrainCommand, ConversionTrainsOnTheConvertedBytes) {
 
 TEST(TrainCommand, CountsWhatACharsetCannotHold) {
   const TempDir dir;
-  const Ended run = run_orva({"train", "-o", dir / "m.tri", "--charset", "ISO-8859-1",
-                              dir.file("tale", kTale)});
+  const Ended run =
+      run_orva({"train", "-o", dir / "m.tri", "--charset", "ISO-8859-1", dir.file("tale", kTale)});
   EXPECT_NE(run.out.find("1 characters left out that ISO-8859-1 cannot hold"), std::string::npos)
       << run.out;
 }
@@ -64,8 +65,7 @@ TEST(TrainCommand, InvalidUtf8IsAnErrorThatNamesTheOffset) {
   const TempDir dir;
   const std::string good = dir.file("good", "good text\n");
   const std::string bad = dir.file("bad", "first line\nsecond \xFF line\n");
-  const Ended run =
-      run_orva({"train", "-o", dir / "m.tri", "--charset", "ISO-8859-1", good, bad});
+  const Ended run = run_orva({"train", "-o", dir / "m.tri", "--charset", "ISO-8859-1", good, bad});
   EXPECT_EQ(run.status, 2);
   EXPECT_NE(run.err.find("bad: invalid UTF-8 at byte 18"), std::string::npos) << run.err;
   EXPECT_EQ(bytes_of(dir / "m.tri"), "");
@@ -75,18 +75,23 @@ TEST(TrainCommand, ReportsWhatItCounted) {
   const TempDir dir;
   const std::string model = dir / "m.tri";
   const Ended run = run_orva({"train", "-o", model, dir.file("t", "ababab")});
-  EXPECT_EQ(run.out, model + ": 4 bytes counted, 2 distinct trigrams, 2 bigrams, "
-                             "2 trigrams kept\n");
+  EXPECT_EQ(run.out, model +
+                         ": 4 bytes counted, 2 distinct trigrams, 2 bigrams, "
+                         "2 trigrams kept\n");
 }
 
 TEST(TrainCommand, WrongArgumentsAreStatusTwo) {
   const TempDir dir;
   const std::string text = dir.file("t", "ababab");
   const std::string model = dir / "m.tri";
-  const std::vector<std::vector<std::string>> cases = {
-      {"--weight", "1", text},         {"--weight", "-0.1", text}, {"--max-tri", "0", text},
-      {"--preprocess", "Q", text},     {"--charset", "no-such", text},
-      {dir / "missing"},               {dir.path()},               {}};
+  const std::vector<std::vector<std::string>> cases = {{"--weight", "1", text},
+                                                       {"--weight", "-0.1", text},
+                                                       {"--max-tri", "0", text},
+                                                       {"--preprocess", "Q", text},
+                                                       {"--charset", "no-such", text},
+                                                       {dir / "missing"},
+                                                       {dir.path()},
+                                                       {}};
   for (std::vector<std::string> arguments : cases) {
     arguments.insert(arguments.begin(), {"train", "-o", model});
     EXPECT_EQ(run_orva(arguments).status, 2) << testing::PrintToString(arguments);

@@ -1,0 +1,45 @@
+// The detector of lib/detect, as the command line uses it: documents in, detections out.
+#ifndef ORVA_TOOLS_MODERN_H_
+#define ORVA_TOOLS_MODERN_H_
+
+#include <string>
+#include <vector>
+
+#include "lib/detect/orva.h"
+#include "tools/detection.h"
+
+namespace orva {
+
+struct ModernOptions {
+  std::string models;                 // folder of Model.grp and Model.stc; empty: the built-in ones
+  bool all = false;                   // read whole documents instead of their beginning
+  std::vector<std::string> charsets;  // answer only these; empty for any
+  std::vector<std::string> languages;  // likewise
+  std::vector<std::string> excluded;   // charsets never to be answered
+};
+
+class ModernDetector {
+ public:
+  ModernDetector() = default;
+  ~ModernDetector();
+  ModernDetector(const ModernDetector&) = delete;
+  ModernDetector& operator=(const ModernDetector&) = delete;
+
+  // False after reporting what is wrong.
+  bool open(const ModernOptions& options);
+
+  // Names one document. False, with the reason in `error`, when it cannot be read.
+  bool detect(const std::string& name, Detection* detection, std::string* error);
+
+  const OrvaModels* models() const { return models_; }
+
+ private:
+  bool restrict_answers(const ModernOptions& options);
+
+  OrvaModels* models_ = nullptr;
+  OrvaDetector* detector_ = nullptr;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_TOOLS_MODERN_H_
