@@ -7,11 +7,6 @@
 
 #include "lib/util/text.h"
 
-int _MallocChkNbBytes = 0;
-int _MallocChkStrBytes = 0;
-int _MallocChkTrace = 0;
-int _MallocChkExitOnErr = 1;
-
 namespace {
 
 // One allocation or release: address, size, total after it.

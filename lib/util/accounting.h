@@ -13,24 +13,29 @@
 #include <cstddef>
 
 // The counters carry the library's prefix as symbols, so that the shared libraries can share them
-// without exporting anything outside that prefix.
+// without exporting anything outside that prefix: they are defined once, in the runtime library
+// (counters.cc).
 
 // Bytes now allocated through malloc_chk and the growing tables. Initially 0.
-extern int _MallocChkNbBytes __asm__("pemb_malloc_chk_nb_bytes");
+extern int _MallocChkNbBytes __asm__("pemb_malloc_chk_nb_bytes")
+    __attribute__((visibility("default")));
 // Bytes of strings copied by strdup_chk and not yet released by strfree_chk. Initially 0.
-extern int _MallocChkStrBytes __asm__("pemb_malloc_chk_str_bytes");
+extern int _MallocChkStrBytes __asm__("pemb_malloc_chk_str_bytes")
+    __attribute__((visibility("default")));
 // When nonzero, every checked allocation, release and growth prints a trace line. Initially 0.
-extern int _MallocChkTrace __asm__("pemb_malloc_chk_trace");
+extern int _MallocChkTrace __asm__("pemb_malloc_chk_trace") __attribute__((visibility("default")));
 // When nonzero, a failed malloc_chk ends the process. Initially 1.
-extern int _MallocChkExitOnErr __asm__("pemb_malloc_chk_exit_on_err");
+extern int _MallocChkExitOnErr __asm__("pemb_malloc_chk_exit_on_err")
+    __attribute__((visibility("default")));
 
 extern "C" {
 
 // A block of `size` bytes; null for a size of 0, which allocates and counts nothing.
 void* malloc_chk(int size);
 
-// A block of `nb_bytes` that counts as `size`: for records that hold pointers, which take the room of the
-// 32-bit platform in every account and the room of this one in memory. Otherwise as malloc_chk.
+// A block of `nb_bytes` that counts as `size`: for records that hold pointers, which take the room
+// of the 32-bit platform in every account and the room of this one in memory. Otherwise as
+// malloc_chk.
 void* malloc_chk_as(int size, size_t nb_bytes);
 
 // Releases a block of `size` bytes, the size that its caller allocated; nothing checks it.

@@ -10,8 +10,6 @@
 #include <memory>
 #include <string>
 
-int FilesOpened = 0;
-
 namespace {
 
 // "Unable to open (LABEL) 'PATH'."

@@ -5,7 +5,7 @@
 #include <cstdio>
 
 // Streams open through fopen_chk and tfopen_chk and not yet closed by fclose_chk. Initially 0.
-extern int FilesOpened __asm__("pemb_files_opened");
+extern int FilesOpened __asm__("pemb_files_opened") __attribute__((visibility("default")));
 
 extern "C" {
 
