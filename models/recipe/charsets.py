@@ -66,6 +66,13 @@ def is_ascii_based(charset):
     return not charset.startswith(("UTF-16", "UTF-32", "ISO-2022", "HZ") + EBCDIC)
 
 
+def other_byte_order(charset):
+    """The charset's other byte order, or None."""
+    if charset.startswith(("UTF-16", "UTF-32")):
+        return charset[:-2] + {"LE": "BE", "BE": "LE"}[charset[-2:]]
+    return None
+
+
 def is_single_byte(charset):
     """Whether every character is one byte."""
     return is_ascii_based(charset) and charset not in (

@@ -10,9 +10,13 @@ import multiprocessing
 import os
 import subprocess
 
+from . import charsets
+
 WEIGHT = 0.99
 PREPROCESS = "DCX"
 LOWEST, HIGHEST = 0.0, 12.0
+LOWEST_BYTE, HIGHEST_BYTE = 5.0, 20.0
+SAME = 0.5  # costs that differ by less are the same but for chance
 EXTENSION = ".tri"
 _HEAD_LINES = 35  # the header, a scalar, 32 lines of byte costs, two scalars
 
@@ -44,13 +48,28 @@ class TrainedModel:
             file.writelines(line + "\n" for line in self.head)
             file.writelines("%6.4f\t%s\n" % (c, trigram) for trigram, c in self.costs.items())
 
+    def byte_costs(self):
+        """The costs of the 256 bytes; negative for a byte that never occurred."""
+        return [float(cost) for line in self.head[2:34] for cost in line.split()]
+
+    def set_byte_costs(self, costs):
+        """Replaces them."""
+        for i in range(32):
+            self.head[2 + i] = "".join("%7.4f " % cost for cost in costs[8 * i:8 * i + 8])
+
     def clamp(self):
         """Brings all costs between the ends and both ends into use."""
-        costs = self.costs
-        for trigram, cost in costs.items():
-            costs[trigram] = min(cost, HIGHEST)
-        costs[min(costs, key=costs.get)] = LOWEST
-        costs[max(costs, key=costs.get)] = HIGHEST
+        _clamp(self.costs, LOWEST, HIGHEST)
+        seen = {byte: cost for byte, cost in enumerate(self.byte_costs()) if cost >= 0}
+        _clamp(seen, LOWEST_BYTE, HIGHEST_BYTE)
+        self.set_byte_costs([seen.get(byte, -1.0) for byte in range(256)])
+
+
+def _clamp(costs, lowest, highest):
+    for key, cost in costs.items():
+        costs[key] = min(max(cost, lowest), highest)
+    costs[min(costs, key=costs.get)] = lowest
+    costs[max(costs, key=costs.get)] = highest
 
 
 def _is_ascii(trigram):
@@ -67,6 +86,25 @@ def share_ascii(members):
     for model in members:
         own = {t: c for t, c in model.costs.items() if not _is_ascii(t)}
         model.costs = {**common, **own}
+    first = members[0].byte_costs()
+    for model in members[1:]:
+        model.set_byte_costs(first[:128] + model.byte_costs()[128:])
+
+
+def share_byte_orders(one, other):
+    """Gives both byte orders the same costs where they see the same bytes.
+
+    Text without letters above U+00FF is the same bytes in the same order but for the first one, and
+    then nothing but a byte order mark, and no chance in training, may tell them apart.
+    """
+    for trigram, cost in one.costs.items():
+        if abs(other.costs.get(trigram, HIGHEST) - cost) < SAME:
+            other.costs[trigram] = cost
+    byte_costs = other.byte_costs()
+    for byte, cost in enumerate(one.byte_costs()):
+        if abs(byte_costs[byte] - cost) < SAME:
+            byte_costs[byte] = cost
+    other.set_byte_costs(byte_costs)
 
 
 def train(program, table, groups, texts, folder):
@@ -80,6 +118,10 @@ def train(program, table, groups, texts, folder):
                for model in table}
     for group in groups:
         share_ascii([trained[model.name] for model in group])
+    for model in table:
+        other = charsets.other_byte_order(model.charset)
+        if other and other.endswith("BE"):
+            share_byte_orders(trained[model.name], trained[model.language + other])
     for name, model in trained.items():
         model.clamp()
         model.write(path_of(name, folder))

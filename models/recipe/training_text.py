@@ -56,13 +56,27 @@ class Corpus:
         return [line for turn in itertools.zip_longest(*others) for line in turn if line]
 
 
+# What surrounds text in files and on pages, and is not in translations.
+_DRESSES = ("* {}", "- {}", "# {}", "    {}", "> {}", "| {} |", "== {} ==", "[{}]", "{{{}}}", "`{}`",
+            "\t{}", "_{}_", "{} \\", "<{}>", "{}\r", "~ {} ~", "{}: {}", "{} | {}", "{} / {}", "{};",
+            "// {}", "/* {} */", "({})", "--- {}", "... {}", "{} = \"{}\"", "{} -> {}", "{} & {}",
+            "!!! {}", "{}???", "$ {}", "@{}", "+ {}", "{}^{}", "{} || {}")
+
+
+def dress(line, number):
+    """Every twentieth line as it might stand in a file: in a list, a table, a comment."""
+    if number % 20:
+        return line
+    return _DRESSES[number // 20 % len(_DRESSES)].format(line, line[:20])
+
+
 def common_lines(lines, language, charset_names):
     """The prepared lines that every charset can hold, as each charset writes them."""
     encoders = [charsets.Encoder(language, charset) for charset in charset_names]
     written = {charset: [] for charset in charset_names}
     dropped = 0
     for number, line in enumerate(lines):
-        line = charsets.prepare(line, number)
+        line = charsets.prepare(dress(line, number), number)
         versions = [encoder.rewrite(line) for encoder in encoders]
         if None in versions:
             dropped += 1
@@ -102,13 +116,13 @@ def _layout(lines, spaced):
 
 
 def _marked(content):
-    """The text with a byte order mark before every hundredth line.
+    """The text with a byte order mark before every tenth line.
 
     The mark is all that tells the two byte orders of ASCII text apart; once would be too rare to
     be learnt.
     """
     lines = content.split("\n")
-    return "\n".join("\ufeff" + line if i % 100 == 0 else line for i, line in enumerate(lines))
+    return "\n".join("\ufeff" + line if i % 10 == 0 else line for i, line in enumerate(lines))
 
 
 def write(corpus, models, folder):
