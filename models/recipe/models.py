@@ -17,7 +17,7 @@ Model = collections.namedtuple("Model", "name language charset text mix english 
 def _keep_of(language, charset):
     """How many trigrams a model keeps unless the table says so."""
     if language in ("zh", "ja", "ko"):
-        return 20000
+        return 40000
     return 6000 if charsets.is_single_byte(charset) else 8000
 
 
