@@ -17,7 +17,7 @@ using orva::FailingAllocations;
 
 namespace {
 
-constexpr int kMaxModels = 64;
+constexpr int kMaxModels = 256;
 
 struct Answer {
   bool given = false;
