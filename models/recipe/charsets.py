@@ -1,9 +1,8 @@
 """Converting text to the charsets of the models.
 
-Texts are prepared in two steps. `prepare` treats a line the same way for all charsets of a language:
-most typographic signs become ASCII, as in most documents in the older charsets. `encode` then turns
-what the one charset cannot hold into what people write in it instead, and leaves out nothing: a line
-that still does not fit gives None.
+`prepare` treats a line the same way for all charsets of a language: most typographic signs become
+ASCII, as in most documents in the older charsets. An Encoder then writes what its charset cannot
+hold as people write it there; a line that still does not fit it gives None.
 """
 
 import codecs
@@ -44,7 +43,8 @@ _LETTERS = {
     "ur": {"\u06cc": "\u064a", "\u06c2": "\u0647", "\u06d3": "\u06d2", "\u06d4": ".",
            **{chr(0x6f0 + i): chr(0x30 + i) for i in range(10)}},
     "ar": {chr(0x660 + i): chr(0x30 + i) for i in range(10)},
-    "he": {"\u05be": "-", "\u05f3": "'", "\u05f4": '"', **{chr(c): "" for c in range(0x5b0, 0x5bd)}},
+    "he": {"\u05be": "-", "\u05f3": "'", "\u05f4": '"',
+           **{chr(c): "" for c in range(0x5b0, 0x5bd)}},
     "be": {"\u0456": "i", "\u0406": "I"},  # no such letter in IBM866
 }
 _TONES = "\u0300\u0301\u0303\u0309\u0323"

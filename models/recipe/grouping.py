@@ -29,7 +29,8 @@ def values_per_trigram(paths, groups):
         name = os.path.basename(path)[:-len(EXTENSION)]
         for trigram, cost in TrainedModel(path).costs.items():
             # A step is 13/256 of the range that all models share.
-            holders.setdefault(trigram, []).append((set_of.get(name, -1), int(cost * 256 / 13 + 0.5)))
+            value = int(cost * 256 / 13 + 0.5)
+            holders.setdefault(trigram, []).append((set_of.get(name, -1), value))
     before = after = most = 0
     for entries in holders.values():
         before += len(entries)

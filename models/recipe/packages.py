@@ -31,8 +31,8 @@ def _sha256(path):
 
 
 def _file_of(name, version, folder):
-    prefix = "%s_%s_" % (name, urllib.parse.quote(version, safe="+~."))
-    found = [f for f in os.listdir(folder) if f.replace("%3A", "%3a").startswith(prefix.replace("%3A", "%3a"))]
+    prefix = ("%s_%s_" % (name, urllib.parse.quote(version, safe="+~."))).lower()
+    found = [file for file in os.listdir(folder) if file.lower().startswith(prefix)]
     return os.path.join(folder, found[0]) if found else None
 
 

@@ -49,7 +49,8 @@ def read_pak(path):
             continue
 
 
-_FTL_STARTS = (re.compile(r"-?[A-Za-z][\w-]*\s*=\s*(.*)$"), re.compile(r"\s+\.[A-Za-z][\w-]*\s*=\s*(.*)$"),
+_FTL_STARTS = (re.compile(r"-?[A-Za-z][\w-]*\s*=\s*(.*)$"),
+               re.compile(r"\s+\.[A-Za-z][\w-]*\s*=\s*(.*)$"),
                re.compile(r"\s+\*?\[[^\]]*\]\s*(.*)$"))
 
 
@@ -77,7 +78,8 @@ def read_properties(text):
             continue
         entry = re.match(r"[^=:\s]+\s*[=:]\s*(.*)$", line)
         if entry:
-            value = re.sub(r"\\u([0-9a-fA-F]{4})", lambda m: chr(int(m.group(1), 16)), entry.group(1))
+            value = re.sub(r"\\u([0-9a-fA-F]{4})", lambda code: chr(int(code.group(1), 16)),
+                           entry.group(1))
             yield value.replace("\\n", "\n").replace("\\t", " ").replace("\\", "")
 
 

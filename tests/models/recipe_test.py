@@ -1,0 +1,106 @@
+"""Tests of the recipe that makes the models."""
+
+import os
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "models"))
+
+from recipe import (charsets, cleaning, languages, models, texts, training,  # noqa: E402
+                    training_text)
+
+
+class Cleaning(unittest.TestCase):
+    def test_placeholders_addresses_and_tags_leave_no_trace(self):
+        self.assertEqual(cleaning.clean("See <b>%s</b> at https://example.org/x for $1 more"),
+                         "See at for more")
+
+    def test_accelerator_marks_are_taken_out_of_words(self):
+        self.assertEqual(cleaning.clean("Sa&ve the file", "&"), "Save the file")
+        self.assertEqual(cleaning.clean("ファイルを保存する(&S)", "&"), "ファイルを保存する")
+
+    def test_plural_forms_leave_the_last_one(self):
+        self.assertEqual(cleaning.clean("{n, plural, one {a page} other {many pages}}"),
+                         "many pages")
+
+    def test_wiki_links_leave_what_is_read(self):
+        self.assertEqual(cleaning.clean("[[Help:A|the help]] says '''so'''", wiki=True),
+                         "the help says so")
+
+    def test_english_left_in_a_translation_is_no_running_text(self):
+        english = "You should not use this file with the other one"
+        self.assertTrue(cleaning.is_running_text(english, "en"))
+        self.assertFalse(cleaning.is_running_text(english, "fr"))
+        self.assertFalse(cleaning.is_running_text(english, "ru"))
+
+
+class Languages(unittest.TestCase):
+    def test_tags_of_the_sources_are_understood(self):
+        for tag, text in (("pt-BR", "pt_BR"), ("pt_PT", "pt"), ("sr-ec", "sr"), ("fil", "tl"),
+                          ("zh-hant", "zh_Hant"), ("es_ES", "es"), ("nb_NO", "nb")):
+            self.assertEqual(languages.text_name(tag), text)
+        for tag in ("sr-el", "ca@valencia", "be-tarask", "tlh"):
+            self.assertIsNone(languages.text_name(tag))
+
+
+class Charsets(unittest.TestCase):
+    def test_letters_that_a_charset_lacks_are_written_as_people_do(self):
+        self.assertEqual(charsets.Encoder("ro", "ISO-8859-2").rewrite("și ț"), "şi ţ")
+        self.assertEqual(charsets.Encoder("ro", "ISO-8859-16").rewrite("și ț"), "și ț")
+        vietnamese = charsets.Encoder("vi", "windows-1258")
+        self.assertEqual(vietnamese.encode(vietnamese.rewrite("ệ")), "ê\u0323".encode("cp1258"))
+
+    def test_a_line_that_does_not_fit_is_refused(self):
+        self.assertIsNone(charsets.Encoder("de", "ISO-8859-1").rewrite("Привет"))
+
+    def test_every_charset_of_the_table_can_be_written(self):
+        for model in models.read():
+            encoder = charsets.Encoder(model.language, model.charset)
+            self.assertTrue(encoder.encode(encoder.rewrite("plain")), model.name)
+
+
+class Lines(unittest.TestCase):
+    def test_a_line_is_in_all_charsets_or_in_none(self):
+        written, dropped = training_text.common_lines(
+            ["x", "für", "Ελλάδα"], "de", ["UTF-8", "ISO-8859-1"])
+        self.assertEqual(len(written["UTF-8"]), 2)
+        self.assertEqual(written["UTF-8"], written["ISO-8859-1"])
+        self.assertEqual(dropped, 1)
+
+    def test_sources_share_the_size_evenly(self):
+        self.assertEqual(texts.shares({"a": 10, "b": 100, "c": 100}, 90),
+                         {"a": 10, "b": 40, "c": 40})
+
+    def test_spread_takes_from_the_whole_list(self):
+        taken = texts.spread(["%02d" % i for i in range(100)], 20)
+        self.assertEqual(len(taken), 10)
+        self.assertGreater(int(taken[-1]), 80)
+
+
+class Table(unittest.TestCase):
+    def test_models_and_sets_fit_one_group(self):
+        table = models.read()
+        self.assertLessEqual(len(table), 199)
+        self.assertLessEqual(len(table) + len(models.sets(table)), 255)
+
+    def test_a_set_names_its_models_and_no_others(self):
+        # A member of a set stands for the first model whose name begins with it.
+        names = [model.name for model in models.read()]
+        for name in names:
+            self.assertEqual(next(n for n in names if n.startswith(name)), name)
+
+
+class Costs(unittest.TestCase):
+    def test_models_of_a_set_agree_on_ascii(self):
+        one, other = (training.TrainedModel.__new__(training.TrainedModel) for _ in range(2))
+        head = ["V25aDCX ", "2.0000"] + [("%7.4f " % 9) * 8] * 32 + ["1.0000 2.0000"]
+        one.head, other.head = list(head), list(head)
+        one.costs, other.costs = {"616263": 1.0, "61c3a9": 2.0}, {"616263": 1.5, "646566": 3.0}
+        training.share_ascii([one, other])
+        self.assertEqual(one.costs, {"616263": 1.0, "646566": 3.0, "61c3a9": 2.0})
+        self.assertEqual(other.costs, {"616263": 1.0, "646566": 3.0})
+
+
+if __name__ == "__main__":
+    unittest.main()
