@@ -168,13 +168,17 @@ bool Decider::has_model(int charset, int language) const {
   return false;
 }
 
+const std::string& Decider::language_name(int language) const {
+  return tables_.languages()[static_cast<size_t>(language)];
+}
+
 // Of the charsets that read the document alike, the one that its language is usually written in.
 int Decider::name_for(const Reading& reading, int language, const Task& task) const {
   int best = -1;
   double least = 0;
   for (const int charset : reading.charsets) {
     if (!task.restrictions.allows_charset(charset)) continue;
-    double cost = prior_cost(charset);
+    double cost = prior_cost(charset) + mismatch_cost(charset, language_name(language));
     const int other = find_charset_index(sibling(kCharsets[charset].iana));
     if (has_model(charset, language) || (other >= 0 && has_model(other, language))) cost -= 3;
     if (best >= 0 && cost >= least) continue;
@@ -187,21 +191,26 @@ int Decider::name_for(const Reading& reading, int language, const Task& task) co
 Candidate Decider::best_of(const Task& task, const Reading& reading) const {
   Candidate best;
   best.cost = kNoCost;
-  for (size_t l = 0; l < reading.costs.size(); ++l) {
-    if (!task.restrictions.allows_language(l) || reading.costs[l] >= best.cost) continue;
-    best.cost = reading.costs[l];
+  std::vector<double> by_language = reading.costs;
+  double least = kNoCost;
+  for (size_t l = 0; l < by_language.size(); ++l) {
+    if (!task.restrictions.allows_language(l)) continue;
+    best.cost = std::min(best.cost, reading.costs[l]);
+    if (!reading.language_extra.empty()) by_language[l] += reading.language_extra[l];
+    if (by_language[l] >= least) continue;
+    least = by_language[l];
     best.language = static_cast<int>(l);
   }
   if (best.language < 0) return best;
   best.charset = name_for(reading, best.language, task);
   const double scale = temperature(static_cast<double>(task.sample.size()));
   double sum = 0;
-  for (size_t l = 0; l < reading.costs.size(); ++l) {
-    if (!task.restrictions.allows_language(l) || reading.costs[l] == kNoCost) continue;
-    sum += std::exp((best.cost - reading.costs[l]) / scale);
+  for (size_t l = 0; l < by_language.size(); ++l) {
+    if (!task.restrictions.allows_language(l) || by_language[l] == kNoCost) continue;
+    sum += std::exp((least - by_language[l]) / scale);
   }
   best.language_probability = 1 / sum;
-  best.cost += reading.penalty + prior_cost(best.charset);
+  best.cost += prior_cost(best.charset) + mismatch_cost(best.charset, language_name(best.language));
   return best;
 }
 

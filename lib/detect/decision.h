@@ -65,6 +65,7 @@ class Decider {
               Decision* decision);
   Candidate best_of(const Task& task, const Reading& reading) const;
   int name_for(const Reading& reading, int language, const Task& task) const;
+  const std::string& language_name(int language) const;
   bool has_model(int charset, int language) const;
 
   const ModelTables& tables_;

@@ -4,167 +4,212 @@
 
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
-#include "lib/detect/letters.h"
+#include "lib/detect/focus.h"
+#include "lib/detect/priors.h"
+#include "lib/detect/rewriting.h"
 #include "lib/detect/sample.h"
-#include "lib/detect/single_byte_tables.h"
-#include "lib/detect/utf_codec.h"
 
 namespace orva {
 
 namespace {
 
-// A character that the home charset lacks, in nats.
-constexpr double kMissingCost = 10;
-// Share of a reading's characters that may be missing from a home, and that must be letters for the
-// reading to be worth a pass of its own.
-constexpr double kMostMissing = 0.05;
-constexpr double kFewestLetters = 0.4;
+// Bytes above 0x7F that are looked at; more would not change an answer.
+constexpr size_t kMostHigh = 2000;
+// A reading is not asked for where more of its letters are missing from a home, or where odd signs
+// outnumber its letters by more.
+constexpr double kMostMissing = 0.2;
+constexpr double kMostOdd = 1.5;
 
-bool is_utf8(int charset) { return charset == find_charset_index("UTF-8"); }
+// What it costs that a document's ASCII is in another language.
+constexpr double kOtherAscii = 6;
 
-// How often each byte above 0x7F, or any byte where ASCII is not kept, occurs in a text.
-struct ByteCounts {
-  uint64_t of[256] = {};
-  explicit ByteCounts(std::string_view text) {
-    for (const char c : text) ++of[static_cast<unsigned char>(c)];
-  }
-};
+// The same, when the document's language is written in another script.
+constexpr double kOtherScript = 4;
 
-// A text rewritten in another charset, and what it lost.
-struct Rewritten {
-  std::string text;
-  uint64_t missing = 0;
-  uint64_t characters = 0;  // not ASCII
-  uint64_t letters = 0;     // of them
-};
-
-int byte_for(const uint16_t* home, uint16_t value) {
-  if (value < 0x80) return value;
-  for (int b = 0x80; b < 256; ++b) {
-    if (home[b] == value) return b;
-  }
-  return -1;
+// Which model a language is asked through: a single-byte one before its UTF-8 one.
+int home_rank(int charset) {
+  if (charset < 0) return 0;
+  if (kCharsets[charset].flags == 0 || charset == find_charset_index("US-ASCII")) return 0;
+  if (charset == find_charset_index("UTF-8")) return 1;
+  const bool plain =
+      single_byte_table(charset) != nullptr && (kCharsets[charset].flags & kAsciiCompatible) != 0;
+  return plain ? 2 : 0;
 }
 
-// Rewrites `text`, read with `table`, in the charset of `home` (null: UTF-8).
-Rewritten rewrite(std::string_view text, const uint16_t* table, const uint16_t* home) {
-  std::string form[256];
-  bool missing[256] = {};
-  const ByteCounts counts(text);
-  Rewritten out;
-  for (int b = 0; b < 256; ++b) {
-    if (counts.of[b] == 0 || table[b] == kNoCharacter) continue;
-    const uint16_t value = table[b] == 0x85 ? '\n' : table[b];
-    if (home == nullptr) {
-      append_utf8(value, &form[b]);
-    } else {
-      const int as = byte_for(home, value);
-      if (as >= 0) form[b].push_back(static_cast<char>(as));
-      missing[b] = as < 0;
-    }
-    if (value >= 0x80) {
-      out.characters += counts.of[b];
-      if (is_letter(value)) out.letters += counts.of[b];
-      if (missing[b]) out.missing += counts.of[b];
-    }
-  }
-  out.text.reserve(text.size() * (home == nullptr ? 2 : 1));
-  for (const char c : text) out.text += form[static_cast<unsigned char>(c)];
-  return out;
+bool has_cost(const Reading& reading) {
+  return std::any_of(reading.costs.begin(), reading.costs.end(),
+                     [](double cost) { return cost != kNoCost; });
 }
 
 }  // namespace
 
+namespace {
+
+size_t high_bytes(std::string_view text) {
+  return static_cast<size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }));
+}
+
+// The sample without markup, unless most of what tells charsets apart stands within tags.
+std::string text_of(std::string_view sample) {
+  std::string text = without_markup(sample);
+  return 2 * high_bytes(text) < high_bytes(sample) ? std::string(sample) : text;
+}
+
+}  // namespace
+
+struct Pricing::Text {
+  std::vector<std::string> segments;
+  ByteCounts counts;
+  // By language, of the trigrams of ASCII alone: what they cost a charset, and what they cost the
+  // language beyond that.
+  std::vector<double> base;
+  std::vector<double> extra;
+
+  explicit Text(std::vector<std::string> from) : segments(std::move(from)), counts(segments) {}
+};
+
 Pricing::Pricing(const ModelTables& tables, Scorer* scorer)
-    : tables_(tables), scorer_(*scorer), home_of_language_(tables.languages().size(), -1) {
-  // The first single-byte model of a language, else its UTF-8 one.
+    : tables_(tables), scorer_(*scorer), home_model_(tables.languages().size(), -1) {
   for (int i = 0; i < tables_.nb_models(); ++i) {
-    const ModelInfo& model = tables_.model(i);
-    if (model.charset < 0) continue;
-    int& home = home_of_language_[static_cast<size_t>(model.language)];
-    const bool plain = single_byte_table(model.charset) != nullptr &&
-                       (kCharsets[model.charset].flags & kAsciiCompatible) != 0 &&
-                       model.charset != find_charset_index("US-ASCII");
-    if (plain && (home < 0 || is_utf8(home))) home = model.charset;
-    if (is_utf8(model.charset) && home < 0) home = model.charset;
+    int& home = home_model_[static_cast<size_t>(tables_.model(i).language)];
+    const int rank = home_rank(tables_.model(i).charset);
+    if (rank > (home < 0 ? 0 : home_rank(tables_.model(home).charset))) home = i;
   }
-}
-
-std::vector<double> Pricing::totals(std::string_view text) {
-  scorer_.reset();
-  scorer_.feed(text);
-  return scorer_.totals();
-}
-
-void Pricing::add_costs(int charset, const std::vector<double>& totals, double extra,
-                        Reading* reading) {
-  for (int i = 0; i < tables_.nb_models(); ++i) {
-    const ModelInfo& model = tables_.model(i);
-    if (model.charset != charset) continue;
-    double& cost = reading->costs[static_cast<size_t>(model.language)];
-    cost = std::min(cost, totals[static_cast<size_t>(i)] + extra);
-  }
-}
-
-void Pricing::price(std::string_view sample, std::vector<Reading>* readings) {
-  const std::string text = without_markup(sample);
-  for (Reading& reading : *readings) reading.costs.assign(tables_.languages().size(), kNoCost);
-  price_directly(text, readings);
-  for (Reading& reading : *readings) price_through(sample, text, &reading);
-}
-
-void Pricing::price_directly(std::string_view text, std::vector<Reading>* readings) {
-  const std::vector<double> costs = totals(text);
-  for (Reading& reading : *readings) {
-    for (const int charset : reading.charsets) {
-      if ((kCharsets[charset].flags & kMarkupSafe) != 0) add_costs(charset, costs, 0, &reading);
+  for (const int home : home_model_) {
+    if (home < 0) continue;
+    const int charset = tables_.model(home).charset;
+    if (std::find(home_charsets_.begin(), home_charsets_.end(), charset) == home_charsets_.end()) {
+      home_charsets_.push_back(charset);
     }
   }
 }
 
-void Pricing::price_through(std::string_view sample, std::string_view text, Reading* reading) {
-  const int charset = reading->charsets.front();
-  if (reading->table != nullptr) {
-    // Tags are found in what the bytes say, which is not ASCII on a mainframe.
-    const bool ebcdic = (kCharsets[charset].flags & kEbcdic) != 0;
-    price_table(ebcdic ? sample : text, reading);
-    return;
+std::vector<double> Pricing::totals(const std::vector<std::string>& segments) {
+  scorer_.reset();
+  for (const std::string& segment : segments) {
+    scorer_.begin_segment();
+    scorer_.feed(segment);
   }
-  const bool has_costs = std::any_of(reading->costs.begin(), reading->costs.end(),
-                                     [](double cost) { return cost != kNoCost; });
-  if (has_costs) return;
+  return scorer_.totals();
+}
+
+// ASCII within a document may be markup, code or English whatever the document's language is. So it
+// costs a charset hardly more than in the language that it fits best, and says nothing at all about
+// languages of other scripts.
+void Pricing::price_ascii(std::string_view plain, Text* text) {
+  scorer_.reset();
+  scorer_.set_ascii_only(true);
+  scorer_.feed(plain);
+  scorer_.set_ascii_only(false);
+  const std::vector<double> all = scorer_.totals();
+  double least = kNoCost;
+  for (const int home : home_model_) {
+    if (home >= 0) least = std::min(least, all[static_cast<size_t>(home)]);
+  }
+  for (size_t l = 0; l < home_model_.size(); ++l) {
+    const int home = home_model_[l];
+    double cost = home < 0 ? kNoCost : all[static_cast<size_t>(home)];
+    if (home >= 0 && !is_latin(tables_.languages()[l])) cost = least + kOtherScript;
+    text->base.push_back(std::min(cost, home < 0 ? kNoCost : least + kOtherAscii));
+    text->extra.push_back(home < 0 ? 0 : cost - text->base.back());
+  }
+}
+
+void Pricing::price(std::string_view sample, std::vector<Reading>* readings) {
+  sample = with_few_high(sample, kMostHigh);
+  const std::string plain = normalised(text_of(sample));
+  Text text(high_segments(plain));
+  price_ascii(plain, &text);
+  const std::vector<double> direct = totals(text.segments);
+  for (Reading& reading : *readings) {
+    const uint32_t flags = kCharsets[reading.charsets.front()].flags;
+    reading.costs.assign(tables_.languages().size(), kNoCost);
+    if (reading.table != nullptr && (flags & kEbcdic) == 0) {
+      price_table(text, &reading);
+    } else if (reading.table != nullptr) {
+      price_whole(sample, &reading);
+    } else {
+      if ((flags & kMarkupSafe) != 0) price_pairs(text, direct, &reading);
+      if (!has_cost(reading)) price_decoded(sample, &reading);
+    }
+  }
+}
+
+// A single-byte reading, through the homes.
+void Pricing::price_table(const Text& text, Reading* reading) {
+  for (const int charset : home_charsets_) {
+    const Rewriting rewriting(reading->table, single_byte_table(charset), text.counts, false);
+    const auto letters = static_cast<double>(rewriting.letters());
+    if (static_cast<double>(rewriting.missing()) > kMostMissing * letters) continue;
+    if (static_cast<double>(rewriting.odd()) > kMostOdd * (letters + 1)) continue;
+    std::vector<std::string> segments;
+    double extra = rewriting.sign_cost();
+    for (const std::string& segment : text.segments) {
+      segments.push_back(rewriting.apply(segment));
+      extra += rewriting.place_cost(segment);
+    }
+    const std::vector<double> all = totals(segments);
+    for (size_t l = 0; l < home_model_.size(); ++l) {
+      const int home = home_model_[l];
+      if (home < 0 || tables_.model(home).charset != charset) continue;
+      reading->costs[l] = text.base[l] + all[static_cast<size_t>(home)] + extra;
+    }
+  }
+  reading->language_extra = text.extra;
+}
+
+// A reading that does not keep ASCII: all of its text is written in the homes.
+void Pricing::price_whole(std::string_view sample, Reading* reading) {
+  const ByteCounts counts({std::string(sample)});
+  for (const int charset : home_charsets_) {
+    const Rewriting rewriting(reading->table, single_byte_table(charset), counts, true);
+    const auto letters = static_cast<double>(rewriting.letters());
+    if (static_cast<double>(rewriting.missing()) > kMostMissing * letters) continue;
+    const std::string text = normalised(without_markup(rewriting.apply(sample)));
+    const double extra = rewriting.sign_cost() + rewriting.place_cost(sample);
+    const std::vector<double> all = totals({text});
+    for (size_t l = 0; l < home_model_.size(); ++l) {
+      const int home = home_model_[l];
+      if (home < 0 || tables_.model(home).charset != charset) continue;
+      reading->costs[l] = all[static_cast<size_t>(home)] + extra;
+    }
+  }
+}
+
+// A multi-byte reading, through the models of its own charset.
+void Pricing::price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading) {
+  for (int i = 0; i < tables_.nb_models(); ++i) {
+    const ModelInfo& model = tables_.model(i);
+    if (model.charset < 0 || !reading->holds(model.charset)) continue;
+    const auto l = static_cast<size_t>(model.language);
+    if (text.base[l] == kNoCost) continue;
+    double& cost = reading->costs[l];
+    cost = std::min(cost, text.base[l] + totals[static_cast<size_t>(i)]);
+  }
+}
+
+// What no model is for is decoded and asked through UTF-8.
+void Pricing::price_decoded(std::string_view sample, Reading* reading) {
+  const Charset& charset = kCharsets[reading->charsets.front()];
   // Behind the head, a sample is made of lines, whose bytes need not stand in pairs.
-  const bool units = (kCharsets[charset].flags & (kUtf16 | kUtf32)) != 0;
+  const bool units = (charset.flags & (kUtf16 | kUtf32)) != 0;
   Conversion utf8;
-  decode_bytes(kCharsets[charset], units ? sample.substr(0, Sample::kHead) : sample, &utf8);
+  decode_bytes(charset, units ? sample.substr(0, Sample::kHead) : sample, &utf8);
   if (!utf8.bytes.empty()) reading->costs = price_utf8(utf8.bytes);
 }
 
 std::vector<double> Pricing::price_utf8(std::string_view text) {
-  Reading reading;
-  reading.costs.assign(tables_.languages().size(), kNoCost);
-  add_costs(find_charset_index("UTF-8"), totals(without_markup(text)), 0, &reading);
-  return reading.costs;
-}
-
-void Pricing::price_table(std::string_view text, Reading* reading) {
-  std::vector<int> homes;
-  for (size_t l = 0; l < home_of_language_.size(); ++l) {
-    const int home = home_of_language_[l];
-    if (home < 0 || reading->costs[l] != kNoCost) continue;
-    if (std::find(homes.begin(), homes.end(), home) == homes.end()) homes.push_back(home);
+  const std::vector<double> all = totals({normalised(without_markup(text))});
+  std::vector<double> costs(tables_.languages().size(), kNoCost);
+  const int utf8 = find_charset_index("UTF-8");
+  for (int i = 0; i < tables_.nb_models(); ++i) {
+    const ModelInfo& model = tables_.model(i);
+    if (model.charset != utf8) continue;
+    double& cost = costs[static_cast<size_t>(model.language)];
+    cost = std::min(cost, all[static_cast<size_t>(i)]);
   }
-  for (const int home : homes) price_home(home, text, 0, reading);
-}
-
-void Pricing::price_home(int home, std::string_view text, double extra, Reading* reading) {
-  const Rewritten as = rewrite(text, reading->table, single_byte_table(home));
-  const auto all = static_cast<double>(as.characters);
-  if (static_cast<double>(as.missing) > kMostMissing * all) return;
-  if (static_cast<double>(as.letters) < kFewestLetters * all) return;
-  const bool ebcdic = (kCharsets[reading->charsets.front()].flags & kEbcdic) != 0;
-  const std::vector<double> costs = totals(ebcdic ? without_markup(as.text) : as.text);
-  add_costs(home, costs, extra + kMissingCost * static_cast<double>(as.missing), reading);
+  return costs;
 }
 
 }  // namespace orva

@@ -1,11 +1,13 @@
 // Pricing: what each reading of a document costs in each language.
 //
-// The models of a reading's own charsets are asked directly, all in one pass. A language that has
-// no model for any of them is asked through another charset that it has one for: the text is
-// decoded and written in that charset, where it can hold it. So a language needs a model in one
-// charset only, and costs in different charsets stay comparable.
+// A language is asked through one model of its own, its home: a reading of the document is decoded
+// and written in the home's charset. So costs differ by what the readings differ in and by nothing
+// else: a language needs a model in one charset only, and how well the models of two charsets
+// happen to be trained does not matter. Readings of multi-byte charsets are asked through the
+// models of the charset itself. What every reading has in common, trigrams of ASCII alone, is
+// priced once.
 //
-// Life cycle: one object for each document or reused; keeps no state between calls.
+// Life cycle: one object for each detector; keeps no state between calls.
 // Ownership:  tables and scorer are the caller's.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_PRICING_H_
@@ -15,7 +17,6 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/detect/evidence.h"
 #include "lib/detect/readings.h"
 #include "lib/detect/scorer.h"
 
@@ -32,17 +33,19 @@ class Pricing {
   std::vector<double> price_utf8(std::string_view text);
 
  private:
-  void price_directly(std::string_view text, std::vector<Reading>* readings);
-  void price_through(std::string_view sample, std::string_view text, Reading* reading);
-  void price_table(std::string_view text, Reading* reading);
-  void price_home(int home, std::string_view text, double extra, Reading* reading);
-  void add_costs(int charset, const std::vector<double>& totals, double extra, Reading* reading);
-  std::vector<double> totals(std::string_view text);
+  struct Text;  // a sample prepared once for all of its readings
+
+  void price_table(const Text& text, Reading* reading);
+  void price_whole(std::string_view sample, Reading* reading);
+  void price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading);
+  void price_decoded(std::string_view sample, Reading* reading);
+  std::vector<double> totals(const std::vector<std::string>& segments);
+  void price_ascii(std::string_view plain, Text* text);
 
   const ModelTables& tables_;
   Scorer& scorer_;
-  // The charset through which a language is asked; -1 when it has no model of a usable kind.
-  std::vector<int> home_of_language_;
+  std::vector<int> home_model_;     // by language; -1 when it has no usable one
+  std::vector<int> home_charsets_;  // each once
 };
 
 }  // namespace orva

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
 
 namespace orva {
@@ -22,19 +23,45 @@ constexpr Prior kPriors[] = {
     {"windows-1256", 0.5}, {"ISO-8859-6", 2},   {"windows-1257", 1},   {"windows-1258", 1.5},
     {"windows-874", 0.5},  {"TIS-620", 0.4},    {"ISO-8859-11", 0.45}, {"ISO-8859-15", 1},
     {"ISO-8859-13", 2},    {"ISO-8859-4", 3},   {"ISO-8859-3", 3.5},   {"ISO-8859-10", 4.5},
-    {"ISO-8859-14", 5},    {"ISO-8859-16", 4},  {"IBM866", 4},         {"macintosh", 6},
-    {"x-mac-cyrillic", 6}, {"Shift_JIS", 0.2},  {"EUC-JP", 0.2},       {"GB18030", 0},
-    {"Big5", 0.3},         {"EUC-KR", 0.3},     {"EUC-TW", 4},         {"Johab", 6},
-    {"VISCII", 5},         {"TCVN", 7},         {"hp-roman8", 10},     {"ISO-IR-111", 9},
-    {"BALTIC", 10},        {"KOI8-T", 8},       {"PTCP154", 6},        {"KZ-1048", 6},
-    {"IBM037", 8},         {"IBM500", 8.1},     {"x-mac-iceland", 8}};
+    {"ISO-8859-14", 5},    {"ISO-8859-16", 4},  {"IBM866", 4},         {"IBM850", 6},
+    {"IBM437", 6.2},       {"IBM852", 6},       {"macintosh", 6},      {"x-mac-cyrillic", 6},
+    {"Shift_JIS", 0.2},    {"EUC-JP", 0.2},     {"GB18030", 0},        {"Big5", 0.3},
+    {"EUC-KR", 0.3},       {"EUC-TW", 4},       {"Johab", 20},         {"VISCII", 5},
+    {"TCVN", 7},           {"hp-roman8", 14},   {"ISO-IR-111", 14},    {"BALTIC", 12},
+    {"KOI8-T", 10},        {"PTCP154", 6},      {"KZ-1048", 6},        {"IBM037", 8},
+    {"IBM500", 8.1},       {"x-mac-iceland", 8}};
 
 constexpr double kDosPrior = 7;
 constexpr double kMacPrior = 7;
 constexpr double kEbcdicPrior = 9;
-constexpr double kOtherPrior = 8;
+constexpr double kOtherPrior = 14;
+
+constexpr double kOtherScriptPrior = 8;
+// A charset with more letters of another script is made for that.
+constexpr int kFewLetters = 30;
+
+bool is_of_other_script(const uint16_t* table) {
+  int letters = 0;
+  for (int b = 0; b < 256; ++b) {
+    const uint16_t value = table[b];
+    if (value >= 0x370 && value < 0x1E00 && is_letter(value)) ++letters;
+  }
+  return letters > kFewLetters;
+}
 
 }  // namespace
+
+bool is_latin(std::string_view language) {
+  constexpr std::string_view kOthers =
+      "ar be bg el fa he hi hy ja ka kk ko mk mn ru sr th uk ur yi zh";
+  return kOthers.find(language) == std::string_view::npos;
+}
+
+double mismatch_cost(int charset, std::string_view language) {
+  const uint16_t* table = single_byte_table(charset);
+  if (table == nullptr || !is_latin(language)) return 0;
+  return is_of_other_script(table) ? kOtherScriptPrior : 0;
+}
 
 double prior_cost(int charset) {
   for (const Prior& prior : kPriors) {

@@ -3,10 +3,19 @@
 #ifndef ORVA_LIB_DETECT_PRIORS_H_
 #define ORVA_LIB_DETECT_PRIORS_H_
 
+#include <string_view>
+
 namespace orva {
 
 // `charset` is an index in the charset table.
 double prior_cost(int charset);
+
+// What it costs that text of `language` is in `charset`, when the charset was made for another
+// script.
+double mismatch_cost(int charset, std::string_view language);
+
+// Whether a language is written in Latin letters.
+bool is_latin(std::string_view language);
 
 }  // namespace orva
 

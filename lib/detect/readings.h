@@ -18,7 +18,8 @@ struct Reading {
   std::vector<int> charsets;        // the likeliest first
   const uint16_t* table = nullptr;  // decode table of a single-byte one
   std::vector<double> costs;        // by language; kNoCost where no model could tell
-  double penalty = 0;               // cost that does not depend on the language
+  // By language, added when languages are compared: what the ASCII of the document costs in it.
+  std::vector<double> language_extra;
 
   bool holds(int charset) const;
 };

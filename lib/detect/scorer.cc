@@ -37,6 +37,12 @@ void Scorer::reset() {
   position_ = 0;
 }
 
+void Scorer::begin_segment() {
+  run_ = 0;
+  last_raw_ = -1;
+  position_ = 0;
+}
+
 void Scorer::feed(std::string_view bytes) {
   const CmgModels& switches = tables_.switches();
   for (const char raw : bytes) {
@@ -59,6 +65,12 @@ void Scorer::take(unsigned char byte) {
     before_[position_++] = byte;
     return;
   }
+  if (!ascii_only_ || (before_[0] | before_[1] | byte) < 0x80) score(byte);
+  before_[0] = before_[1];
+  before_[1] = byte;
+}
+
+void Scorer::score(unsigned char byte) {
   ++byte_counts_[byte];
   ++scored_;
   ++unfolded_;
@@ -66,8 +78,6 @@ void Scorer::take(unsigned char byte) {
   if (leaf != ModelTables::kNoLeaf && counts_[static_cast<size_t>(leaf)]++ == 0) {
     touched_.push_back({leaf, byte});
   }
-  before_[0] = before_[1];
-  before_[1] = byte;
 }
 
 void Scorer::fold() {

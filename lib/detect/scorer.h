@@ -33,6 +33,10 @@ class Scorer {
 
   void reset();
   void feed(std::string_view bytes);
+  // What follows does not follow what came before: its first two bytes only set up the context.
+  void begin_segment();
+  // Whether only trigrams of three ASCII bytes are scored.
+  void set_ascii_only(bool on) { ascii_only_ = on; }
 
   // Bytes that were scored: what is left after normalisation, less the first two.
   uint64_t scored() const { return scored_; }
@@ -47,6 +51,7 @@ class Scorer {
   };
 
   void take(unsigned char byte);
+  void score(unsigned char byte);
   void fold();
   void fold_byte(int byte, const Touched* first, size_t count);
 
@@ -65,6 +70,7 @@ class Scorer {
   int run_ = 0;
   int last_raw_ = -1;
   int position_ = 0;
+  bool ascii_only_ = false;
   unsigned char before_[2] = {};
 };
 

@@ -1,0 +1,29 @@
+// Focus: a text cut into what all readings of it have in common and what they differ in.
+//
+// Charsets that keep ASCII read the same trigrams wherever three ASCII bytes stand together. Only
+// the segments around bytes above 0x7F tell them apart, so only those are read again for each
+// reading.
+#ifndef ORVA_LIB_DETECT_FOCUS_H_
+#define ORVA_LIB_DETECT_FOCUS_H_
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orva {
+
+// The text as the models were trained on it: capitals folded, digits left out, runs cut to three.
+// Blanks stay, a run of them as one.
+std::string normalised(std::string_view text);
+
+// The beginning of `sample` with at most `most_high` bytes above 0x7F.
+std::string_view with_few_high(std::string_view sample, size_t most_high);
+
+// The stretches of `text` whose trigrams hold a byte above 0x7F, each with two bytes of context in
+// front and behind, as far as the text goes. A text that begins with such a byte gets a line end in
+// front of it.
+std::vector<std::string> high_segments(std::string_view text);
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_FOCUS_H_
