@@ -15,6 +15,7 @@ def write_facts(groups, path):
 
 def compile_group(program, paths, facts, folder, verbose):
     """Compiles Model.grp and names its charsets in Model.stc."""
+    os.makedirs(folder, exist_ok=True)
     command = [program, "group", "-o", os.path.join(folder, "Model.grp"), "--facts", facts,
                "--stc", os.path.join(folder, "Model.stc")]
     subprocess.run(command + (["-v"] if verbose else []) + paths, check=True)
