@@ -88,8 +88,8 @@ TEST(AllocationFailure, OnTheTinyGroupEachIsSurvived) {
   fail_each(path, "abababxab", FailingAllocations::kForEver);
 }
 
-TEST(AllocationFailure, OnTheShippedModelsEachIsSurvived) {
-  const std::string path = std::string(ORVA_SOURCE_DIR) + "/models/Model.grp";
+TEST(AllocationFailure, OnAGroupOfRealModelsEachIsSurvived) {
+  const std::string path = std::string(ORVA_SOURCE_DIR) + "/tests/host/models/Model.grp";
   // Enough different trigrams for every way of adding up.
   std::string text;
   for (const char* name : {"de-iso-8859-1.txt", "ja-shift_jis.txt", "fr-utf-8.txt", "ru-koi8-r.txt",
