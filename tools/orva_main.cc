@@ -10,7 +10,7 @@ void add_detect(CLI::App* app, orva::DetectOptions* options) {
   command->add_option("--models", options->models, "Folder of Model.grp and Model.stc");
   command
       ->add_option("--block", options->block,
-                   "Bytes fed at a time with --classic, 0 for the whole document at once")
+                   "Bytes fed at a time, 0 for the whole document at once; implies --classic")
       ->check(CLI::Range(0U, 0x7FFFFFFFU))
       ->capture_default_str();
   command->add_flag("--classic", options->classic, "Answer as the component does");
@@ -116,7 +116,11 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? orva::kExitOk : orva::kExitError;
   }
-  if (app.got_subcommand("detect")) return orva::run_detect(detect);
+  if (app.got_subcommand("detect")) {
+    // Only the component's path depends on how a document is cut.
+    if (app.get_subcommand("detect")->count("--block") > 0) detect.classic = true;
+    return orva::run_detect(detect);
+  }
   if (app.got_subcommand("score")) return orva::run_score(score);
   if (app.got_subcommand("train")) return orva::run_train(train);
   if (app.got_subcommand("group")) return orva::run_group(group);

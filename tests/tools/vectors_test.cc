@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/support/temp_dir.h"
 #include "tests/tools/run_orva.h"
 
 namespace orva {
@@ -52,6 +53,21 @@ TEST(Vectors, EveryScoreAgreesToNineDigits) {
   for_each_row(dir + "/scores.tsv", [&](const std::vector<std::string>& row) {
     const Ended run = run_orva({"score", "--group", dir + "/" + row[0], dir + "/docs/" + row[1]});
     EXPECT_EQ(run.out, expected_scores(row, kNames)) << row[0] << " " << row[1];
+  });
+}
+
+TEST(Vectors, TheLastNotificationOfEveryDocumentIsTheAnswer) {
+  const std::string dir = vectors_dir();
+  if (dir.empty()) GTEST_SKIP() << "ORVA_VECTORS names no folder of test vectors";
+  const TempDir models;
+  models.file("Model.grp", bytes_of(dir + "/group.grp"));
+  models.file("Model.stc", bytes_of(dir + "/Model.stc"));
+  for_each_row(dir + "/detect.tsv", [&](const std::vector<std::string>& row) {
+    const std::string path = dir + "/docs/" + row[0];
+    const Ended run = run_orva({"detect", "--models", models.path(), "--block", row[1], path});
+    const std::string last = fields_of(row[3], ' ').back();
+    const std::string charset = last.substr(0, last.rfind('x'));
+    EXPECT_EQ(run.out.rfind(path + ": " + charset + " ", 0), 0U) << run.out << row[1];
   });
 }
 
