@@ -35,7 +35,9 @@ enum CharsetFlags : uint32_t {
 enum class NameScheme { kIana, kIconv, kPython, kWeb };
 
 struct Charset {
-  const char* iana;     // the registered name where there is one, else the commonest
+  // The registered name where there is one and programs know it, else the commonest: IBM858 is
+  // registered as IBM00858, which neither the C library nor Python reads.
+  const char* iana;
   const char* iconv;    // "" where the C library has no such converter
   const char* python;   // "" where Python has no such codec
   const char* web;      // "" where browsers do not decode it

@@ -48,6 +48,12 @@ TEST(CharsetTable, RegisteredNamesAreFoundAsThemselves) {
   }
 }
 
+TEST(CharsetTable, CharsetsWithTheEuroAnswerToBothNames) {
+  EXPECT_STREQ(orva::find_charset("IBM00858")->iana, "IBM858");
+  EXPECT_STREQ(orva::find_charset("IBM858")->iana, "IBM858");
+  EXPECT_STREQ(orva::find_charset("IBM01140")->iana, "IBM1140");
+}
+
 TEST(CharsetTable, AliasesBelongToOneCharset) {
   for (int i = 0; i < kCharsetCount; ++i) {
     std::istringstream words(kCharsets[i].aliases);
