@@ -192,18 +192,19 @@ Candidate Decider::best_of(const Task& task, const Reading& reading) const {
   Candidate best;
   best.cost = kNoCost;
   std::vector<double> by_language = reading.costs;
+  const double scale = temperature(static_cast<double>(task.sample.size()));
   double least = kNoCost;
   for (size_t l = 0; l < by_language.size(); ++l) {
     if (!task.restrictions.allows_language(l)) continue;
     best.cost = std::min(best.cost, reading.costs[l]);
     if (!reading.language_extra.empty()) by_language[l] += reading.language_extra[l];
+    by_language[l] += scale * language_prior(tables_.languages()[l]);
     if (by_language[l] >= least) continue;
     least = by_language[l];
     best.language = static_cast<int>(l);
   }
   if (best.language < 0) return best;
   best.charset = name_for(reading, best.language, task);
-  const double scale = temperature(static_cast<double>(task.sample.size()));
   double sum = 0;
   for (size_t l = 0; l < by_language.size(); ++l) {
     if (!task.restrictions.allows_language(l) || by_language[l] == kNoCost) continue;

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
 #include "lib/detect/priors.h"
 #include "lib/detect/rewriting.h"
 #include "lib/detect/sample.h"
+#include "lib/detect/utf_codec.h"
 
 namespace orva {
 
@@ -56,6 +58,23 @@ std::string text_of(std::string_view sample) {
   return 2 * high_bytes(text) < high_bytes(sample) ? std::string(sample) : text;
 }
 
+// UTF-8 as the models know it, without capitals; its letters are counted by script.
+std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
+  std::string out;
+  out.reserve(text.size());
+  for (size_t at = 0; at < text.size();) {
+    const Character character = read_utf8(text.substr(at));
+    if (character.state != Character::kGood) {
+      out.push_back(text[at++]);
+      continue;
+    }
+    scripts->add(character.value);
+    append_utf8(small_letter(character.value), &out);
+    at += character.length;
+  }
+  return out;
+}
+
 }  // namespace
 
 struct Pricing::Text {
@@ -75,6 +94,9 @@ Pricing::Pricing(const ModelTables& tables, Scorer* scorer)
     int& home = home_model_[static_cast<size_t>(tables_.model(i).language)];
     const int rank = home_rank(tables_.model(i).charset);
     if (rank > (home < 0 ? 0 : home_rank(tables_.model(home).charset))) home = i;
+  }
+  for (const std::string& language : tables_.languages()) {
+    scripts_.push_back(script_of_language(language));
   }
   for (const int home : home_model_) {
     if (home < 0) continue;
@@ -110,7 +132,8 @@ void Pricing::price_ascii(std::string_view plain, Text* text) {
   for (size_t l = 0; l < home_model_.size(); ++l) {
     const int home = home_model_[l];
     double cost = home < 0 ? kNoCost : all[static_cast<size_t>(home)];
-    if (home >= 0 && !is_latin(tables_.languages()[l])) cost = least + kOtherScript;
+    const bool latin = scripts_[l] == kLatin || scripts_[l] == kAnyScript;
+    if (home >= 0 && !latin) cost = least + kOtherScript;
     text->base.push_back(std::min(cost, home < 0 ? kNoCost : least + kOtherAscii));
     text->extra.push_back(home < 0 ? 0 : cost - text->base.back());
   }
@@ -133,6 +156,16 @@ void Pricing::price(std::string_view sample, std::vector<Reading>* readings) {
       if ((flags & kMarkupSafe) != 0) price_pairs(text, direct, &reading);
       if (!has_cost(reading)) price_decoded(sample, &reading);
     }
+    drop_other_scripts(&reading);
+  }
+}
+
+// No language is left that is not written in the reading's charsets.
+void Pricing::drop_other_scripts(Reading* reading) const {
+  for (size_t l = 0; l < scripts_.size(); ++l) {
+    const bool can = std::any_of(reading->charsets.begin(), reading->charsets.end(),
+                                 [&](int charset) { return can_write(charset, scripts_[l]); });
+    if (!can) reading->costs[l] = kNoCost;
   }
 }
 
@@ -200,14 +233,15 @@ void Pricing::price_decoded(std::string_view sample, Reading* reading) {
 }
 
 std::vector<double> Pricing::price_utf8(std::string_view text) {
-  const std::vector<double> all = totals({normalised(without_markup(text))});
+  ScriptCounts scripts;
+  const std::vector<double> all = totals({normalised(with_small_letters(text_of(text), &scripts))});
   std::vector<double> costs(tables_.languages().size(), kNoCost);
   const int utf8 = find_charset_index("UTF-8");
   for (int i = 0; i < tables_.nb_models(); ++i) {
     const ModelInfo& model = tables_.model(i);
-    if (model.charset != utf8) continue;
-    double& cost = costs[static_cast<size_t>(model.language)];
-    cost = std::min(cost, all[static_cast<size_t>(i)]);
+    const auto l = static_cast<size_t>(model.language);
+    if (model.charset != utf8 || !scripts.can_be(scripts_[l])) continue;
+    costs[l] = std::min(costs[l], all[static_cast<size_t>(i)]);
   }
   return costs;
 }

@@ -19,6 +19,7 @@
 
 #include "lib/detect/readings.h"
 #include "lib/detect/scorer.h"
+#include "lib/detect/scripts.h"
 
 namespace orva {
 
@@ -38,6 +39,7 @@ class Pricing {
   void price_table(const Text& text, Reading* reading);
   void price_whole(std::string_view sample, Reading* reading);
   void price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading);
+  void drop_other_scripts(Reading* reading) const;
   void price_decoded(std::string_view sample, Reading* reading);
   std::vector<double> totals(const std::vector<std::string>& segments);
   void price_ascii(std::string_view plain, Text* text);
@@ -46,6 +48,7 @@ class Pricing {
   Scorer& scorer_;
   std::vector<int> home_model_;     // by language; -1 when it has no usable one
   std::vector<int> home_charsets_;  // each once
+  std::vector<Script> scripts_;     // by language
 };
 
 }  // namespace orva

@@ -4,6 +4,7 @@
 
 #include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
+#include "lib/detect/scripts.h"
 
 namespace orva {
 
@@ -36,6 +37,15 @@ constexpr double kMacPrior = 7;
 constexpr double kEbcdicPrior = 9;
 constexpr double kOtherPrior = 14;
 
+// Languages by how many documents there are in them.
+constexpr std::string_view kMostUsed = "en";
+constexpr std::string_view kMuchUsed =
+    "ar bg cs da de el es fa fi fr he hu it ja ko nl no pl pt ro ru sv th tr uk vi zh";
+constexpr std::string_view kUsed = "be ca et gl hi hr hy id is ka kk lt lv mk sk sl sr";
+constexpr double kMuchUsedPrior = 0.5;
+constexpr double kUsedPrior = 1;
+constexpr double kLittleUsedPrior = 2;
+
 constexpr double kOtherScriptPrior = 8;
 // A charset with more letters of another script is made for that.
 constexpr int kFewLetters = 30;
@@ -51,16 +61,16 @@ bool is_of_other_script(const uint16_t* table) {
 
 }  // namespace
 
-bool is_latin(std::string_view language) {
-  constexpr std::string_view kOthers =
-      "ar be bg el fa he hi hy ja ka kk ko mk mn ru sr th uk ur yi zh";
-  return kOthers.find(language) == std::string_view::npos;
-}
-
 double mismatch_cost(int charset, std::string_view language) {
   const uint16_t* table = single_byte_table(charset);
-  if (table == nullptr || !is_latin(language)) return 0;
+  if (table == nullptr || script_of_language(language) != kLatin) return 0;
   return is_of_other_script(table) ? kOtherScriptPrior : 0;
+}
+
+double language_prior(std::string_view language) {
+  if (is_listed(kMostUsed, language)) return 0;
+  if (is_listed(kMuchUsed, language)) return kMuchUsedPrior;
+  return is_listed(kUsed, language) ? kUsedPrior : kLittleUsedPrior;
 }
 
 double prior_cost(int charset) {

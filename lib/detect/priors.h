@@ -14,8 +14,9 @@ double prior_cost(int charset);
 // script.
 double mismatch_cost(int charset, std::string_view language);
 
-// Whether a language is written in Latin letters.
-bool is_latin(std::string_view language);
+// How unlikely a language is before a letter is read, in units of the detector's doubt: the
+// languages that most documents are in come first.
+double language_prior(std::string_view language);
 
 }  // namespace orva
 

@@ -1,0 +1,58 @@
+// Scripts: which letters a language is written in, and which letters a charset holds.
+//
+//   if (orva::can_write(charset, orva::script_of_language("ru"))) ...
+//
+// Threads:    any number.
+#ifndef ORVA_LIB_DETECT_SCRIPTS_H_
+#define ORVA_LIB_DETECT_SCRIPTS_H_
+
+#include <cstdint>
+#include <string_view>
+
+namespace orva {
+
+enum Script {
+  kLatin,
+  kGreek,
+  kCyrillic,
+  kHebrew,
+  kArabic,
+  kThai,
+  kDevanagari,
+  kArmenian,
+  kGeorgian,
+  kChinese,
+  kJapanese,
+  kKorean,
+  kAnyScript,  // of languages that are not known here; the number of the others, too
+};
+
+// The script of a language by its two-letter code.
+Script script_of_language(std::string_view language);
+
+// Whether `name` is one of `names`, which stand a blank apart.
+bool is_listed(std::string_view names, std::string_view name);
+
+// Whether a document in `charset` can be in a language of `script`. Any charset that holds ASCII
+// can be English; one made for Chinese is not used for Russian, though it holds Cyrillic letters.
+bool can_write(int charset, Script script);
+
+// How many letters of each script a text holds. A Chinese character or a Korean syllable counts for
+// two letters.
+class ScriptCounts {
+ public:
+  void add(uint32_t value);
+  // Whether a text of these letters can be in a language of `script`: enough of them are its own.
+  bool can_be(Script script) const;
+
+ private:
+  uint64_t of(Script script) const;
+
+  uint64_t counts_[kAnyScript] = {};
+  uint64_t han_ = 0;  // characters that Chinese, Japanese and Korean share
+  uint64_t all_ = 0;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_SCRIPTS_H_
