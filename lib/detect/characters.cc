@@ -22,32 +22,80 @@ struct KnownSign {
 };
 
 // In the order of how often documents hold them.
-constexpr KnownSign kSigns[] = {
-    {0x00A0, {' ', 3, true}},    {0x2019, {'\'', 3.5, true}}, {0x2018, {'\'', 4.5, true}},
-    {0x201C, {'"', 4, true}},    {0x201D, {'"', 4, true}},    {0x2013, {'-', 4.5, true}},
-    {0x2014, {'-', 4.5, true}},  {0x2026, {'.', 5, true}},    {0x00AB, {'"', 4.5, true}},
-    {0x00BB, {'"', 4.5, true}},  {0x201E, {'"', 5, true}},    {0x201A, {'\'', 7, true}},
-    {0x2022, {' ', 6, true}},    {0x00B7, {' ', 6.5, true}},  {0x00A9, {' ', 6, true}},
-    {0x00AE, {' ', 6.5, true}},  {0x2122, {' ', 6.5, true}},  {0x00B0, {' ', 6.5, true}},
-    {0x00A7, {' ', 7, true}},    {0x20AC, {' ', 6.5, true}},  {0x00A3, {' ', 7, true}},
-    {0x00BF, {' ', 6.5, true}},  {0x00A1, {' ', 7, true}},    {0x00BA, {' ', 6.5, true}},
-    {0x00AA, {' ', 7, true}},    {0x2039, {'"', 8, true}},    {0x203A, {'"', 8, true}},
-    {0x00AD, {0, 7, true}},      {0x2116, {' ', 7, true}},    {0x00B2, {' ', 8, true}},
-    {0x00B3, {' ', 9, true}},    {0x00BD, {' ', 8, true}},    {0x00BC, {' ', 9, true}},
-    {0x00BE, {' ', 9.5, true}},  {0x00D7, {' ', 8, true}},    {0x00B5, {' ', 8.5, true}},
-    {0x00B1, {' ', 8.5, true}},  {0x00B4, {'\'', 8, true}},   {0x2015, {'-', 7, true}},
-    {0x060C, {',', 4, true}},    {0x061F, {'?', 5, true}},    {0x061B, {';', 6, true}},
-    {0x0640, {0, 6, true}},      {0x200C, {0, 4, true}},      {0x200D, {0, 7, true}},
-    {0x200E, {0, 7, true}},      {0x200F, {0, 7, true}},      {0x0387, {';', 7, true}},
-    {0x0E3F, {' ', 9, true}},    {0x0E46, {' ', 5, true}},    {0x0E4F, {' ', 9, true}},
-    {0x00F7, {' ', 9, false}},   {0x00A5, {' ', 9, false}},   {0x00B6, {' ', 9.5, false}},
-    {0x00A2, {' ', 10, false}},  {0x00A8, {' ', 10, false}},  {0x00B8, {' ', 11, false}},
-    {0x00AF, {' ', 11, false}},  {0x00AC, {' ', 11, false}},  {0x00A6, {' ', 11, false}},
-    {0x00B9, {' ', 9.5, false}}, {0x00A4, {' ', 12, false}},  {0x2020, {' ', 9, false}},
-    {0x2021, {' ', 11, false}},  {0x2030, {' ', 10, false}},  {0x0192, {' ', 12, false}},
-    {0x02C6, {' ', 12, false}},  {0x02DC, {' ', 12, false}},  {0x2500, {'-', 7, false}},
-    {0x2502, {' ', 8, false}},   {0x2550, {'-', 8, false}},   {0x2551, {' ', 9, false}},
-    {0x25A0, {' ', 9, false}},   {0x2588, {' ', 9, false}}};
+constexpr KnownSign kSigns[] = {{0x00A0, {' ', 3, true}},
+                                {0x2019, {'\'', 3.5, true}},
+                                {0x2018, {'\'', 4.5, true, kBefore}},
+                                {0x201C, {' ', 4, true}},
+                                {0x201D, {' ', 4, true, kBehind}},
+                                {0x2013, {' ', 4.5, true}},
+                                {0x2014, {' ', 4.5, true}},
+                                {0x2026, {' ', 5, true, kBehind}},
+                                {0x00AB, {' ', 4.5, true}},
+                                {0x00BB, {' ', 4.5, true}},
+                                {0x201E, {' ', 5, true, kBefore}},
+                                {0x201A, {'\'', 7, true}},
+                                {0x2022, {' ', 6, true, kBothSides}},
+                                {0x00B7, {' ', 6.5, true}},
+                                {0x00A9, {' ', 6, true, kBefore}},
+                                {0x00AE, {' ', 6.5, true, kBehind}},
+                                {0x2122, {' ', 6.5, true, kBehind}},
+                                {0x00B0, {' ', 6.5, true}},
+                                {0x00A7, {' ', 7, true, kBehind}},
+                                {0x20AC, {' ', 6.5, true, kBefore}},
+                                {0x00A3, {' ', 7, true, kBothSides}},
+                                {0x00BF, {' ', 6.5, true, kBefore}},
+                                {0x00A1, {' ', 7, true, kBefore}},
+                                {0x00BA, {' ', 6.5, true}},
+                                {0x00AA, {' ', 7, true}},
+                                {0x2039, {' ', 8, true}},
+                                {0x203A, {' ', 8, true}},
+                                {0x00AD, {0, 7, true}},
+                                {0x2116, {' ', 7, true}},
+                                {0x00B2, {' ', 8, true, kBehind}},
+                                {0x00B3, {' ', 9, true, kBehind}},
+                                {0x00BD, {' ', 8, true, kBothSides}},
+                                {0x00BC, {' ', 9, true, kBothSides}},
+                                {0x00BE, {' ', 9.5, true, kBothSides}},
+                                {0x00D7, {' ', 8, true}},
+                                {0x00B5, {' ', 8.5, true}},
+                                {0x00B1, {' ', 8.5, true, kBothSides}},
+                                {0x00B4, {'\'', 8, true}},
+                                {0x2015, {' ', 7, true}},
+                                {0x060C, {',', 4, true}},
+                                {0x061F, {'?', 5, true}},
+                                {0x061B, {';', 6, true}},
+                                {0x0640, {0, 6, true}},
+                                {0x200C, {0, 4, true}},
+                                {0x200D, {0, 7, true}},
+                                {0x200E, {0, 7, true}},
+                                {0x200F, {0, 7, true}},
+                                {0x0387, {';', 7, true}},
+                                {0x0E3F, {' ', 9, true}},
+                                {0x0E46, {' ', 5, true}},
+                                {0x0E4F, {' ', 9, true}},
+                                {0x00F7, {' ', 9, false, kBothSides}},
+                                {0x00A5, {' ', 9, false, kBothSides}},
+                                {0x00B6, {' ', 9.5, false, kBothSides}},
+                                {0x00A2, {' ', 10, false, kBothSides}},
+                                {0x00A8, {' ', 10, false, kBothSides}},
+                                {0x00B8, {' ', 11, false, kBothSides}},
+                                {0x00AF, {' ', 11, false, kBothSides}},
+                                {0x00AC, {' ', 11, false, kBothSides}},
+                                {0x00A6, {' ', 11, false, kBothSides}},
+                                {0x00B9, {' ', 9.5, false, kBehind}},
+                                {0x00A4, {' ', 12, false, kBothSides}},
+                                {0x2020, {' ', 9, false, kBothSides}},
+                                {0x2021, {' ', 11, false, kBothSides}},
+                                {0x2030, {' ', 10, false, kBothSides}},
+                                {0x0192, {' ', 12, false}},
+                                {0x02C6, {' ', 12, false, kBothSides}},
+                                {0x02DC, {' ', 12, false, kBothSides}},
+                                {0x2500, {'-', 7, false}},
+                                {0x2502, {' ', 8, false}},
+                                {0x2550, {'-', 8, false}},
+                                {0x2551, {' ', 9, false}},
+                                {0x25A0, {' ', 9, false}},
+                                {0x2588, {' ', 9, false}}};
 
 constexpr double kRareCost = 12;
 constexpr double kControlCost = 16;
@@ -88,13 +136,18 @@ uint32_t small_letter(uint32_t value) {
   return value;
 }
 
+uint32_t cedilla_letter(uint32_t value) {
+  if (value == 0x0219) return 0x015F;
+  return value == 0x021B ? 0x0163 : value;
+}
+
 bool is_capital(uint32_t value) { return small_letter(value) != value; }
 
 Sign sign_of(uint32_t value) {
   for (const KnownSign& known : kSigns) {
     if (known.value == value) return known.sign;
   }
-  return {' ', value < 0xA0 ? kControlCost : kRareCost, false};
+  return {' ', value < 0xA0 ? kControlCost : kRareCost, false, kBothSides};
 }
 
 }  // namespace orva

@@ -16,11 +16,17 @@ bool is_letter(uint32_t value);
 // The small letter of a capital, where one charset byte is one; other values as they are.
 uint32_t small_letter(uint32_t value);
 bool is_capital(uint32_t value);
+// The Romanian small letters with a comma below as older charsets write them, with a cedilla.
+uint32_t cedilla_letter(uint32_t value);
+
+// On which sides a sign does not touch letters: what closes a phrase is not followed by one.
+enum Apart : uint8_t { kNowhere, kBefore, kBehind, kBothSides };
 
 struct Sign {
   char stand_in;  // what the models are shown; 0 for nothing at all
   double cost;    // nats
   bool common;    // found in all kinds of text
+  Apart apart = kNowhere;
 };
 
 // How a character that is no letter is priced. REQUIRES: value >= 0x80.

@@ -113,6 +113,8 @@ bool Evidence::table_decodes(const uint16_t* table, bool with_controls) const {
   for (int b = 0; b < 256; ++b) {
     if (counts_[b] == 0) continue;
     const uint16_t value = table[b];
+    // Lines of a mainframe's text are often set apart by the system that stores it.
+    if (b == '\n' && value >= 0x80 && value < 0xA0) continue;
     if (value == kNoCharacter) return false;
     // Newlines of EBCDIC decode to one of these controls.
     if (value >= 0x80 && value < 0xA0 && value != 0x85 && !with_controls) return false;

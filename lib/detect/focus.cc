@@ -12,7 +12,20 @@ constexpr size_t kContext = 2;
 bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-char folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+// Where the two bytes that models see before text[at] begin; `missing` of them are not there.
+size_t context_before(std::string_view text, size_t at, size_t* missing) {
+  for (*missing = kContext; at > 0 && *missing > 0;) *missing -= is_digit(text[--at]) ? 0 : 1;
+  return at;
+}
+
+// Where the two bytes that models see from text[at] on end.
+size_t context_behind(std::string_view text, size_t at) {
+  for (size_t wanted = kContext; at < text.size() && wanted > 0;) {
+    wanted -= is_digit(text[at++]) ? 0 : 1;
+  }
+  return at;
+}
 
 }  // namespace
 
@@ -22,10 +35,10 @@ std::string normalised(std::string_view text) {
   char last = 0;
   int run = 0;
   for (const char raw : text) {
-    const char c = folded(raw);
+    const char c = is_digit(raw) ? '0' : raw;
     run = c == last ? run + 1 : 1;
     last = c;
-    if (run > kLongestRun || is_digit(c)) continue;
+    if (run > (is_digit(c) ? 1 : kLongestRun)) continue;
     if (is_blank(c) && !out.empty() && is_blank(out.back())) continue;
     out.push_back(c);
   }
@@ -45,13 +58,14 @@ std::vector<std::string> high_segments(std::string_view text) {
   size_t end = 0;  // of the segment under way
   for (size_t i = 0; i < text.size(); ++i) {
     if (!is_high(text[i])) continue;
-    const size_t begin = i - std::min(i, kContext);
+    size_t missing = kContext;
+    const size_t begin = context_before(text, i, &missing);
     if (segments.empty() || begin >= end) {
       // The first byte of a text is scored too, as if it stood at a line's beginning.
-      segments.emplace_back(kContext - (i - begin), '\n');
+      segments.emplace_back(missing, '\n');
       end = begin;
     }
-    const size_t next = std::min(text.size(), i + 1 + kContext);
+    const size_t next = context_behind(text, i + 1);
     segments.back() += text.substr(end, next - end);
     end = next;
   }

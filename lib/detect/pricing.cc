@@ -177,7 +177,7 @@ void Pricing::price_table(const Text& text, Reading* reading) {
     if (static_cast<double>(rewriting.missing()) > kMostMissing * letters) continue;
     if (static_cast<double>(rewriting.odd()) > kMostOdd * (letters + 1)) continue;
     std::vector<std::string> segments;
-    double extra = rewriting.sign_cost();
+    double extra = rewriting.sign_cost() + rewriting.lone_letters_cost(text.segments);
     for (const std::string& segment : text.segments) {
       segments.push_back(rewriting.apply(segment));
       extra += rewriting.place_cost(segment);

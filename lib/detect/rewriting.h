@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/characters.h"
+
 namespace orva {
 
 // How often each byte occurs in `texts`.
@@ -29,6 +31,8 @@ class Rewriting {
   // Nats for what stands where it should not in `text`: signs within words, capitals behind small
   // letters.
   double place_cost(std::string_view text) const;
+  // Nats for letters of another script than the Latin one none of which stands next to another.
+  double lone_letters_cost(const std::vector<std::string>& texts) const;
   // Characters outside ASCII that are neither letters nor common signs, letters, and letters that
   // the home lacks.
   uint64_t odd() const { return odd_; }
@@ -39,11 +43,24 @@ class Rewriting {
   void put_letter(int byte, uint32_t value, const uint16_t* home, uint64_t count);
   void put_sign(int byte, uint32_t value, uint64_t count);
 
-  enum Kind : uint8_t { kOther, kSmall, kCapital, kSign };
+  enum Kind : uint8_t { kOther, kSmall, kCapital, kDigit, kSign };
+
+  // Three bytes that follow each other.
+  struct Place {
+    int before;
+    int last;
+    int now;
+  };
+
+  bool is_letter_byte(int b) const { return kind_[b] == kSmall || kind_[b] == kCapital; }
+  double letters_cost(const Place& place) const;
 
   std::string form_[256];
   Kind kind_[256] = {};
+  bool outside_ascii_[256] = {};
   bool foreign_[256] = {};  // a letter of another script than the Latin one
+  Apart apart_[256] = {};   // where a sign keeps apart from letters
+  bool quotes_[256] = {};   // an apostrophe or a quotation mark
   char priced_[256] = {};   // the ASCII sign that was priced, 0 for none
   double sign_place_cost(std::string_view text, size_t at) const;
   double sign_cost_ = 0;

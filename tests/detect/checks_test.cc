@@ -175,6 +175,10 @@ TEST(Evidence, ControlsAreNotDecodedUnlessAskedFor) {
   EXPECT_TRUE(e.decodes(orva::find_charset_index("windows-1252"), false));
 }
 
+TEST(Evidence, LinesOfAMainframesTextMayEndAsElsewhere) {
+  EXPECT_TRUE(evidence("\xC1\xC2\n\xC3").decodes(orva::find_charset_index("IBM037"), false));
+}
+
 TEST(Evidence, SignaturesTellBinaryFiles) {
   EXPECT_TRUE(evidence("\x7F"
                        "ELF\x02\x01")

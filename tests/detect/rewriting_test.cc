@@ -8,6 +8,7 @@
 
 #include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
+#include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
 #include "lib/detect/priors.h"
 
@@ -22,7 +23,11 @@ orva::Rewriting rewriting(const char* from, const char* home, const std::string&
 }
 
 TEST(Focus, NormalisedTextIsWhatModelsWereTrainedOn) {
-  EXPECT_EQ(orva::normalised("AB12 cc\t\n dddddd"), "ab cc\tddd");
+  EXPECT_EQ(orva::normalised("ab cc\t\n dddddd"), "ab cc\tddd");
+}
+
+TEST(Focus, NormalisedTextKeepsCapitalsAndThatThereWasANumber) {
+  EXPECT_EQ(orva::normalised("AB127 c"), "AB0 c");
 }
 
 TEST(Focus, SegmentsHoldEveryTrigramWithAHighByteAndNoOther) {
@@ -31,6 +36,14 @@ TEST(Focus, SegmentsHoldEveryTrigramWithAHighByteAndNoOther) {
   EXPECT_EQ(orva::high_segments("caf\xE9 noir"), Segments{"af\xE9 n"});
   EXPECT_EQ(orva::high_segments("\xE9t\xE9"), Segments{"\n\n\xE9t\xE9"});
   EXPECT_EQ(orva::high_segments("a\xE9 bcdefg \xE9"), (Segments{"\na\xE9 b", "g \xE9"}));
+}
+
+TEST(Focus, DigitsDoNotCountAsContext) {
+  using Segments = std::vector<std::string>;
+  EXPECT_EQ(orva::high_segments("abc0\xE9"
+                                "0def"),
+            Segments{"bc0\xE9"
+                     "0de"});
 }
 
 TEST(Focus, ASampleIsCutBeforeTheHighByteThatIsTooMany) {
@@ -63,6 +76,20 @@ TEST(Rewriting, SignsAreTakenOutAtAPrice) {
   EXPECT_EQ(rewriting("windows-1252", "windows-1252", "\xA4").odd(), 1U);
 }
 
+TEST(Rewriting, QuotationMarksAreBlanksAndApostrophesAreNot) {
+  const std::string quoted =
+      "\x91se\x92, l\x92"
+      "eau";
+  EXPECT_EQ(rewriting("windows-1252", "windows-1252", quoted).apply(quoted), " se , l'eau");
+  const std::string dashed = "a \x97 b\x85 c";
+  EXPECT_EQ(rewriting("windows-1252", "windows-1252", dashed).apply(dashed), "a b c");
+}
+
+TEST(Rewriting, RomanianLettersWithACommaGoAsThoseWithACedilla) {
+  EXPECT_EQ(rewriting("ISO-8859-16", "ISO-8859-2", "\xBA\xFE").apply("\xBA\xFE"), "\xBA\xFE");
+  EXPECT_EQ(rewriting("ISO-8859-16", "ISO-8859-2", "\xBA\xFE").missing(), 0U);
+}
+
 TEST(Rewriting, LettersThatTheHomeLacksAreCounted) {
   const orva::Rewriting r = rewriting("KOI8-R", "windows-1252", "\xD2\xD2");
   EXPECT_EQ(r.missing(), 2U);
@@ -85,6 +112,47 @@ TEST(Rewriting, WhatStandsInTheWrongPlaceCosts) {
             0);  // a sign within a word
   EXPECT_EQ(cost("windows-1252", "ca \xA9 fe"), 0);
   EXPECT_GT(cost("windows-1251", "caf\xE9"), 0);  // two scripts in one word
+  EXPECT_GT(cost("windows-1252", "CAF\xE9"), 0);  // a small letter behind capitals
+  EXPECT_GT(cost("windows-1252",
+                 "a \xE9"
+                 "7"),
+            0);  // a letter by itself at a digit
+  EXPECT_EQ(cost("windows-1252",
+                 "a b\xE9"
+                 "7"),
+            0);
+}
+
+TEST(Rewriting, SignsKeepToTheirSideOfWords) {
+  const auto cost = [](const std::string& text) {
+    return rewriting("windows-1252", nullptr, text).place_cost(text);
+  };
+  EXPECT_EQ(cost("(\xA9 me)"), 0);
+  EXPECT_GT(cost("me\xA9"), 0);       // a copyright sign stands before a name
+  EXPECT_EQ(cost("Orva\xAE is"), 0);  // and a trade mark behind it
+  EXPECT_GT(cost("the \xAEOrva"), 0);
+}
+
+TEST(Rewriting, LettersOfAScriptThatFormNoWordCost) {
+  const auto cost = [](const std::string& text) {
+    return rewriting("windows-1251", nullptr, text).lone_letters_cost({text});
+  };
+  EXPECT_GT(cost("a \xE9 b \xE8"), 0);
+  EXPECT_EQ(cost("a \xE9\xE8 b"), 0);
+  EXPECT_EQ(cost("plain"), 0);
+}
+
+TEST(Rewriting, MainframeSignsArePricedByWhatIsAroundThem) {
+  const auto cost = [](const std::string& text) {
+    orva::Conversion bytes;
+    EXPECT_EQ(encode_text(*orva::find_charset("IBM037"), text, &bytes), orva::kConverted);
+    const orva::Rewriting r(table("IBM037"), nullptr, orva::ByteCounts({bytes.bytes}), true);
+    return r.sign_cost() + r.place_cost(bytes.bytes);
+  };
+  EXPECT_LT(cost("see [1] there"), cost("see ]1[ there"));
+  EXPECT_LT(cost("stop! here"), cost("stop !here"));
+  EXPECT_LT(cost("a | b"), cost("a| b"));
+  EXPECT_LT(cost("a ^^ b"), cost("^ a b ^"));
 }
 
 double prior(const char* name) { return orva::prior_cost(orva::find_charset_index(name)); }
@@ -93,6 +161,12 @@ TEST(Priors, CharsetsOfTheWebComeFirst) {
   for (const char* other : {"IBM437", "IBM850", "macintosh", "IBM037", "hp-roman8", "Johab"}) {
     EXPECT_GT(prior(other), prior("windows-1252") + 5) << other;
   }
+}
+
+TEST(Priors, LanguagesThatAreMoreUsedCostLess) {
+  EXPECT_LT(orva::language_prior("en"), orva::language_prior("de"));
+  EXPECT_LT(orva::language_prior("de"), orva::language_prior("ca"));
+  EXPECT_LT(orva::language_prior("ca"), orva::language_prior("br"));
 }
 
 TEST(Priors, LatinTextIsHardlyInACharsetOfAnotherScript) {
