@@ -24,6 +24,13 @@ constexpr uint64_t kControlsPerByte = 20;
 // more the longer it is.
 double temperature(double length) { return 2.0 + 0.02 * length; }
 
+// What priors weigh beside the costs of a text with so many bytes above 0x7F, for the same reason.
+double prior_weight(uint64_t high) {
+  constexpr double kPerRoot = 0.12;
+  constexpr uint64_t kMostPriced = 2000;
+  return std::max(1.0, kPerRoot * std::sqrt(static_cast<double>(std::min(high, kMostPriced))));
+}
+
 bool is_valid(const Evidence& evidence, const char* charset) {
   return evidence.decodes(find_charset_index(charset), true);
 }
@@ -211,7 +218,9 @@ Candidate Decider::best_of(const Task& task, const Reading& reading) const {
     sum += std::exp((least - by_language[l]) / scale);
   }
   best.language_probability = 1 / sum;
-  best.cost += prior_cost(best.charset) + mismatch_cost(best.charset, language_name(best.language));
+  const double prior =
+      prior_cost(best.charset) + mismatch_cost(best.charset, language_name(best.language));
+  best.cost += prior * prior_weight(task.evidence.high());
   return best;
 }
 

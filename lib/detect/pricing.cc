@@ -156,16 +156,23 @@ void Pricing::price(std::string_view sample, std::vector<Reading>* readings) {
       if ((flags & kMarkupSafe) != 0) price_pairs(text, direct, &reading);
       if (!has_cost(reading)) price_decoded(sample, &reading);
     }
-    drop_other_scripts(&reading);
+    drop_other_scripts(text.counts, &reading);
   }
 }
 
-// No language is left that is not written in the reading's charsets.
-void Pricing::drop_other_scripts(Reading* reading) const {
+// No language is left that is not written in the reading's charsets, or of whose letters the
+// reading has none.
+void Pricing::drop_other_scripts(const ByteCounts& counts, Reading* reading) const {
+  const bool ebcdic = (kCharsets[reading->charsets.front()].flags & kEbcdic) != 0;
+  const bool counted = reading->table != nullptr && !ebcdic;
+  ScriptCounts scripts;
+  for (int b = 0; b < 256 && counted; ++b) {
+    if (counts.of[b] != 0) scripts.add(reading->table[b]);
+  }
   for (size_t l = 0; l < scripts_.size(); ++l) {
     const bool can = std::any_of(reading->charsets.begin(), reading->charsets.end(),
                                  [&](int charset) { return can_write(charset, scripts_[l]); });
-    if (!can) reading->costs[l] = kNoCost;
+    if (!can || (counted && !scripts.has(scripts_[l]))) reading->costs[l] = kNoCost;
   }
 }
 

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "lib/detect/readings.h"
+#include "lib/detect/rewriting.h"
 #include "lib/detect/scorer.h"
 #include "lib/detect/scripts.h"
 
@@ -39,7 +40,7 @@ class Pricing {
   void price_table(const Text& text, Reading* reading);
   void price_whole(std::string_view sample, Reading* reading);
   void price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading);
-  void drop_other_scripts(Reading* reading) const;
+  void drop_other_scripts(const ByteCounts& counts, Reading* reading) const;
   void price_decoded(std::string_view sample, Reading* reading);
   std::vector<double> totals(const std::vector<std::string>& segments);
   void price_ascii(std::string_view plain, Text* text);

@@ -47,6 +47,38 @@ constexpr double kUsedPrior = 1;
 constexpr double kLittleUsedPrior = 2;
 
 constexpr double kOtherScriptPrior = 8;
+// Charsets that were made for some languages; hardly any document in them is in another one.
+struct MadeFor {
+  std::string_view charset;
+  std::string_view languages;
+};
+constexpr MadeFor kMadeFor[] = {{"KOI8-U", "uk be ru"},
+                                {"KOI8-T", "tg"},
+                                {"IBM1125", "uk ru be"},
+                                {"PTCP154", "kk az mn tg ru"},
+                                {"KZ-1048", "kk ru"},
+                                {"VISCII", "vi"},
+                                {"TCVN", "vi"},
+                                {"windows-1258", "vi"},
+                                {"ISO-8859-3", "mt eo tr"},
+                                {"ISO-8859-4", "et lv lt"},
+                                {"ISO-8859-10", "is no da sv fi et lv lt"},
+                                {"ISO-8859-14", "cy ga gd br"},
+                                {"ISO-8859-16", "ro hr hu pl sl sq"},
+                                {"ISO-8859-13", "et lv lt"},
+                                {"windows-1257", "et lv lt"},
+                                {"IBM775", "et lv lt"},
+                                {"BALTIC", "et lv lt"},
+                                {"IBM852", "bs cs hr hu pl ro sk sl sq sr"},
+                                {"x-mac-ce", "cs hu pl sk et lv lt"},
+                                {"x-mac-turkish", "tr"},
+                                {"x-mac-iceland", "is"},
+                                {"IBM857", "tr az"},
+                                {"IBM860", "pt"},
+                                {"IBM861", "is"},
+                                {"IBM863", "fr"},
+                                {"IBM865", "da no"}};
+constexpr double kOtherLanguagePrior = 4;
 // A charset with more letters of another script is made for that.
 constexpr int kFewLetters = 30;
 
@@ -63,6 +95,11 @@ bool is_of_other_script(const uint16_t* table) {
 
 double mismatch_cost(int charset, std::string_view language) {
   const uint16_t* table = single_byte_table(charset);
+  for (const MadeFor& made : kMadeFor) {
+    if (made.charset == kCharsets[charset].iana && !is_listed(made.languages, language)) {
+      return kOtherLanguagePrior;
+    }
+  }
   if (table == nullptr || script_of_language(language) != kLatin) return 0;
   return is_of_other_script(table) ? kOtherScriptPrior : 0;
 }

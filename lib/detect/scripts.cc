@@ -147,4 +147,8 @@ bool ScriptCounts::can_be(Script script) const {
          static_cast<double>(of(script)) > kLeastShare * static_cast<double>(all_);
 }
 
+bool ScriptCounts::has(Script script) const {
+  return script == kLatin || script == kAnyScript || of(script) > 0;
+}
+
 }  // namespace orva

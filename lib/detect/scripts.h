@@ -44,6 +44,8 @@ class ScriptCounts {
   void add(uint32_t value);
   // Whether a text of these letters can be in a language of `script`: enough of them are its own.
   bool can_be(Script script) const;
+  // Whether there is a letter of `script`. Latin ones need not be there: ASCII may not be counted.
+  bool has(Script script) const;
 
  private:
   uint64_t of(Script script) const;

@@ -175,4 +175,15 @@ TEST(Priors, LatinTextIsHardlyInACharsetOfAnotherScript) {
   EXPECT_EQ(orva::mismatch_cost(orva::find_charset_index("IBM850"), "en"), 0);
 }
 
+TEST(Priors, CharsetsMadeForALanguageHardlyHoldOthers) {
+  const auto cost = [](const char* charset, const char* language) {
+    return orva::mismatch_cost(orva::find_charset_index(charset), language);
+  };
+  EXPECT_EQ(cost("KOI8-T", "tg"), 0);
+  EXPECT_GT(cost("KOI8-T", "ru"), 0);
+  EXPECT_EQ(cost("IBM861", "is"), 0);
+  EXPECT_GT(cost("IBM861", "de"), 0);
+  EXPECT_EQ(cost("windows-1252", "de"), 0);
+}
+
 }  // namespace

@@ -46,4 +46,13 @@ TEST(Scripts, ChineseCharactersMayBeJapanese) {
   EXPECT_FALSE(counts.can_be(orva::kKorean));
 }
 
+TEST(Scripts, ALetterOfAScriptIsMissedUnlessItIsLatin) {
+  orva::ScriptCounts counts;
+  counts.add(0x3B1);
+  EXPECT_TRUE(counts.has(orva::kGreek));
+  EXPECT_FALSE(counts.has(orva::kHebrew));
+  EXPECT_TRUE(counts.has(orva::kLatin));
+  EXPECT_TRUE(counts.has(orva::kAnyScript));
+}
+
 }  // namespace
