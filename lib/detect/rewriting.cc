@@ -31,6 +31,23 @@ constexpr size_t kLongestBracket = 80;
 // A byte that no model knows stands for a letter that the home lacks.
 constexpr char kUnknown = 1;
 
+// A single closing quotation mark, the apostrophe, at the beginning of a word; and opening ones
+// in a text without closing ones.
+constexpr double kClosingInFront = 4;
+constexpr double kUnclosed = 2;
+
+constexpr uint32_t kOpening = 0x201C;
+constexpr uint32_t kClosing = 0x201D;
+constexpr uint32_t kLow = 0x201E;  // opened with this, a phrase is closed with 0x201C
+constexpr uint32_t kApostrophe = 0x2019;
+
+bool has(const uint16_t* table, const ByteCounts& counts, uint32_t value) {
+  for (int b = 0; b < 256; ++b) {
+    if (table[b] == value && counts.of[b] != 0) return true;
+  }
+  return false;
+}
+
 // ASCII signs in which mainframe charsets differ, from the commonest on.
 double punctuation_cost(uint32_t value) {
   switch (value) {
@@ -97,6 +114,9 @@ Rewriting::Rewriting(const uint16_t* from, const uint16_t* home, const ByteCount
       put_sign(b, value, counts.of[b]);
     }
   }
+  if (has(from, counts, kOpening) && !has(from, counts, kClosing) && !has(from, counts, kLow)) {
+    sign_cost_ += kUnclosed;
+  }
 }
 
 void Rewriting::put_letter(int byte, uint32_t value, const uint16_t* home, uint64_t count) {
@@ -129,19 +149,23 @@ void Rewriting::put_sign(int byte, uint32_t value, uint64_t count) {
   kind_[byte] = joins || value == 0xB7 ? kOther : kSign;
   apart_[byte] = sign.apart;
   quotes_[byte] = sign.stand_in == '\'';
+  closes_[byte] = value == kApostrophe;
   if (sign.stand_in != 0) form_[byte].push_back(sign.stand_in);
   sign_cost_ += sign.cost * static_cast<double>(count);
   if (!sign.common) odd_ += count;
+}
+
+// What is not there counts as blank.
+bool Rewriting::is_blank_at(std::string_view text, size_t at) const {
+  if (at >= text.size()) return true;
+  const std::string& form = form_[static_cast<unsigned char>(text[at])];
+  return form == " " || form == "\n";
 }
 
 // Signs in which mainframe charsets differ, by what is around them: brackets come in pairs, the
 // same sign comes again, exclamation marks end a word, bars stand between blanks.
 double Rewriting::sign_place_cost(std::string_view text, size_t at) const {
   const auto sign_at = [&](size_t i) { return priced_[static_cast<unsigned char>(text[i])]; };
-  const auto is_blank = [&](size_t i) {
-    const std::string& form = form_[static_cast<unsigned char>(text[i])];
-    return form == " " || form == "\n";
-  };
   const char sign = sign_at(at);
   if (sign == ']') {
     for (size_t back = 1; back <= kLongestBracket && back <= at; ++back) {
@@ -151,9 +175,10 @@ double Rewriting::sign_place_cost(std::string_view text, size_t at) const {
   }
   if (at == 0) return 0;
   if (sign_at(at - 1) == sign && sign != '[') return kSameAgain;
-  const bool ends = at + 1 >= text.size() || is_blank(at + 1);
-  if (sign == '!') return (is_blank(at - 1) ? kMarkBehindBlank : 0) + (ends ? 0 : kMarkBefore);
-  return sign == '|' && is_blank(at - 1) && ends ? kBarBetweenBlanks : 0;
+  const bool ends = is_blank_at(text, at + 1);
+  if (sign == '!')
+    return (is_blank_at(text, at - 1) ? kMarkBehindBlank : 0) + (ends ? 0 : kMarkBefore);
+  return sign == '|' && is_blank_at(text, at - 1) && ends ? kBarBetweenBlanks : 0;
 }
 
 // What letters cost that do not follow each other in words.
@@ -190,6 +215,7 @@ double Rewriting::place_cost(std::string_view text) const {
       if ((apart_[b] & kBefore) != 0 && in_front) cost += kSignAtLetter;
       if ((apart_[b] & kBehind) != 0 && behind) cost += kSignAtLetter;
     }
+    if (closes_[b] && is_blank_at(text, i - 1) && is_letter_at(i + 1)) cost += kClosingInFront;
     if (priced_[b] != 0) cost += sign_place_cost(text, i);
   }
   return cost;

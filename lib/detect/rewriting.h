@@ -53,6 +53,7 @@ class Rewriting {
   };
 
   bool is_letter_byte(int b) const { return kind_[b] == kSmall || kind_[b] == kCapital; }
+  bool is_blank_at(std::string_view text, size_t at) const;
   double letters_cost(const Place& place) const;
 
   std::string form_[256];
@@ -60,6 +61,7 @@ class Rewriting {
   bool outside_ascii_[256] = {};
   bool foreign_[256] = {};  // a letter of another script than the Latin one
   Apart apart_[256] = {};   // where a sign keeps apart from letters
+  bool closes_[256] = {};   // an apostrophe that may close a phrase
   bool quotes_[256] = {};   // an apostrophe or a quotation mark
   char priced_[256] = {};   // the ASCII sign that was priced, 0 for none
   double sign_place_cost(std::string_view text, size_t at) const;

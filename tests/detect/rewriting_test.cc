@@ -133,6 +133,19 @@ TEST(Rewriting, SignsKeepToTheirSideOfWords) {
   EXPECT_GT(cost("the \xAEOrva"), 0);
 }
 
+TEST(Rewriting, QuotationMarksOpenAndClose) {
+  const auto cost = [](const std::string& text) {
+    const orva::Rewriting r = rewriting("windows-1252", nullptr, text);
+    return r.sign_cost() + r.place_cost(text);
+  };
+  EXPECT_LT(cost("as \x91it\x92 is"), cost("as \x92it\x91 is"));
+  EXPECT_LT(cost("as l\x92"
+                 "it is"),
+            cost("as \x92"
+                 "it is"));
+  EXPECT_LT(cost("\x93so\x94"), cost("\x93so\x93"));
+}
+
 TEST(Rewriting, LettersOfAScriptThatFormNoWordCost) {
   const auto cost = [](const std::string& text) {
     return rewriting("windows-1251", nullptr, text).lone_letters_cost({text});
