@@ -37,6 +37,7 @@ _TO_ASCII = str.maketrans(_SIGNS)
 
 # Letters that a charset writes as others; tried where the letter itself does not fit.
 _LETTERS = {
+    "fr": {"\u0152": "OE", "\u0153": "oe", "\u0178": "Y"},
     "ro": {"\u0218": "\u015e", "\u0219": "\u015f", "\u021a": "\u0162", "\u021b": "\u0163"},
     "fa": {"\u06cc": "\u064a", "\u06c0": "\u0647", "\u06d5": "\u0647", "\u0654": "", "\u0670": "",
            **{chr(0x6f0 + i): chr(0x30 + i) for i in range(10)}},
@@ -77,6 +78,25 @@ def is_single_byte(charset):
     """Whether every character is one byte."""
     return is_ascii_based(charset) and charset not in (
         "UTF-8", "Shift_JIS", "EUC-JP", "GB18030", "Big5", "EUC-TW", "EUC-KR", "Johab")
+
+
+@functools.lru_cache(maxsize=None)
+def is_sign(charset, byte):
+    """Whether a byte above 0x7F is a sign of a single-byte charset."""
+    if not is_single_byte(charset):
+        return False
+    try:
+        char = _decode(charset, bytes([byte]))
+    except UnicodeDecodeError:
+        return False
+    return len(char) == 1 and not char.isalpha() and unicodedata.category(char) != "Cc"
+
+
+def _decode(charset, data):
+    codec = codec_of(charset)
+    if codec.startswith("iconv:"):
+        return _iconv(codec[len("iconv:"):], "UTF-8", data).decode("utf-8")
+    return data.decode(codec)
 
 
 def prepare(line, number):

@@ -1,5 +1,6 @@
 """The fact-set file, the group and its table."""
 
+import collections
 import os
 import subprocess
 
@@ -21,8 +22,8 @@ def compile_group(program, paths, facts, folder, verbose):
     subprocess.run(command + (["-v"] if verbose else []) + paths, check=True)
 
 
-def values_per_trigram(paths, groups):
-    """(trigrams, values without sets, values left with sets, most values of one trigram)."""
+def count_values(paths, groups):
+    """By trigram: how many values it has without sets, and how many are left with them."""
     set_of = {model.name: i for i, group in enumerate(groups) for model in group}
     size_of = [len(group) for group in groups]
     holders = {}
@@ -32,9 +33,8 @@ def values_per_trigram(paths, groups):
             # A step is 13/256 of the range that all models share.
             value = int(cost * 256 / 13 + 0.5)
             holders.setdefault(trigram, []).append((set_of.get(name, -1), value))
-    before = after = most = 0
-    for entries in holders.values():
-        before += len(entries)
+    counts = {}
+    for trigram, entries in holders.items():
         by_set = {}
         for owner, value in entries:
             by_set.setdefault(owner, []).append(value)
@@ -42,9 +42,26 @@ def values_per_trigram(paths, groups):
         for owner, values in by_set.items():
             shared = owner >= 0 and len(values) == size_of[owner] and len(set(values)) == 1
             left += 1 if shared else len(values)
-        after += left
-        most = max(most, left)
-    return len(holders), before, after, most
+        counts[trigram] = (len(entries), left)
+    return counts
+
+
+RUN = 10000  # bytes between two results of the automaton
+
+
+def values_per_byte(counts, text):
+    """Values for each byte of a text: without sets, with them, and once each trigram of a run."""
+    kept = bytes(c for c in text.lower() if not 0x30 <= c <= 0x39)
+    before = after = once = 0
+    for start in range(0, len(kept), RUN):
+        run = kept[start:start + RUN]
+        trigrams = collections.Counter(run[i:i + 3].hex() for i in range(len(run) - 2))
+        for trigram, times in trigrams.items():
+            without, left = counts.get(trigram, (0, 0))
+            before += without * times
+            after += left * times
+            once += left
+    return [total / max(1, len(kept)) for total in (before, after, once)]
 
 
 def print_table(table, paths):

@@ -10,7 +10,7 @@ import re
 TEXTS = (
     "en fr de es it pt pt_BR nl da sv nb nn fi is et lv lt pl cs sk hu ro sl hr sr bs mk bg ru uk "
     "be el tr az kk he yi ar fa ur hi th vi ja zh_Hans zh_Hant ko ca gl eu ga cy mt sq eo id ms tl "
-    "af sw ka hy mn"
+    "af sw ka hy mn br tg"
 ).split()
 
 MODEL_TEXTS = {"pt": ("pt", "pt_BR"), "no": ("nb", "nb", "nn"), "zh": ("zh_Hans", "zh_Hant")}
@@ -23,11 +23,12 @@ _ALIASES = {
     "zh": "zh_Hans", "zh_cn": "zh_Hans", "zh_hans": "zh_Hans", "zh_sg": "zh_Hans",
     "zh_tw": "zh_Hant", "zh_hk": "zh_Hant", "zh_hant": "zh_Hant",
     "pt_br": "pt_BR", "no": "nb", "nb_no": "nb", "nn_no": "nn",
-    "sr_ec": "sr", "sr_cyrl": "sr", "kk_cyrl": "kk", "fil": "tl", "ji": "yi", "iw": "he",
+    "sr_ec": "sr", "sr_cyrl": "sr", "kk_cyrl": "kk", "tg_cyrl": "tg", "fil": "tl",
+    "ji": "yi", "iw": "he",
 }
 # Another script or spelling than the language's own text.
-_REFUSED = {"sr_el", "sr_latn", "kk_latn", "kk_arab", "be_tarask", "ca_valencia", "zh_mo",
-            "zh_classical", "zh_yue", "az_arab", "en_shaw", "ko_kp", "fa_af", "ms_arab", "mn_mong",
+_REFUSED = {"sr_el", "sr_latn", "kk_latn", "kk_arab", "tg_latn", "be_tarask", "ca_valencia",
+            "zh_mo", "zh_classical", "zh_yue", "az_arab", "en_shaw", "ko_kp", "fa_af", "ms_arab", "mn_mong",
             "crh_cyrl", "de_ch", "lzh"}
 _BARE = re.compile(r"\.(utf-?8|iso.*)$", re.I)
 
@@ -61,7 +62,7 @@ _SCRIPTS = {
     "Armenian": r"\u0530-\u058f",
 }
 _SCRIPT_OF = {
-    "Cyrillic": "ru uk be bg mk sr kk mn", "Greek": "el", "Hebrew": "he yi", "Arabic": "ar fa ur",
+    "Cyrillic": "ru uk be bg mk sr kk mn tg", "Greek": "el", "Hebrew": "he yi", "Arabic": "ar fa ur",
     "Devanagari": "hi", "Thai": "th", "Japanese": "ja", "Han": "zh_Hans zh_Hant", "Hangul": "ko",
     "Georgian": "ka", "Armenian": "hy",
 }

@@ -16,6 +16,7 @@ WEIGHT = 0.99
 PREPROCESS = "DCX"
 LOWEST, HIGHEST = 0.0, 12.0
 LOWEST_BYTE, HIGHEST_BYTE = 5.0, 20.0
+UNUSUAL, SIGN = 3, 16
 SAME = 0.5  # costs that differ by less are the same but for chance
 EXTENSION = ".tri"
 _HEAD_LINES = 35  # the header, a scalar, 32 lines of byte costs, two scalars
@@ -56,6 +57,20 @@ class TrainedModel:
         """Replaces them."""
         for i in range(32):
             self.head[2 + i] = "".join("%7.4f " % cost for cost in costs[8 * i:8 * i + 8])
+
+    def price_unseen(self, charset):
+        """Prices bytes above 0x7F where they form none of the model's trigrams.
+
+        Documents hold signs that training texts write in ASCII, and hardly any bytes in unusual
+        order are UTF-8, while in single-byte charsets they are rare words.
+        """
+        costs = self.byte_costs()
+        for byte in range(0x80, 256):
+            if charset == "UTF-8" and costs[byte] >= 0:
+                costs[byte] += UNUSUAL
+            elif charsets.is_sign(charset, byte):
+                costs[byte] = min(SIGN, costs[byte] if costs[byte] >= 0 else SIGN)
+        self.set_byte_costs(costs)
 
     def clamp(self):
         """Brings all costs between the ends and both ends into use."""
@@ -122,6 +137,7 @@ def train(program, table, groups, texts, folder):
         other = charsets.other_byte_order(model.charset)
         if other and other.endswith("BE"):
             share_byte_orders(trained[model.name], trained[model.language + other])
-    for name, model in trained.items():
-        model.clamp()
-        model.write(path_of(name, folder))
+    for model in table:
+        trained[model.name].price_unseen(model.charset)
+        trained[model.name].clamp()
+        trained[model.name].write(path_of(model.name, folder))

@@ -7,7 +7,7 @@ import unittest
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "models"))
 
-from recipe import (charsets, cleaning, languages, models, texts, training,  # noqa: E402
+from recipe import (charsets, cleaning, grouping, languages, models, texts, training,  # noqa: E402
                     training_text)
 
 
@@ -91,15 +91,39 @@ class Table(unittest.TestCase):
             self.assertEqual(next(n for n in names if n.startswith(name)), name)
 
 
+def model(byte_cost, costs):
+    made = training.TrainedModel.__new__(training.TrainedModel)
+    made.head = ["V25aDCX ", "2.0000"] + [("%7.4f " % byte_cost) * 8] * 32 + ["1.0000 2.0000"]
+    made.costs = costs
+    return made
+
+
 class Costs(unittest.TestCase):
     def test_models_of_a_set_agree_on_ascii(self):
-        one, other = (training.TrainedModel.__new__(training.TrainedModel) for _ in range(2))
-        head = ["V25aDCX ", "2.0000"] + [("%7.4f " % 9) * 8] * 32 + ["1.0000 2.0000"]
-        one.head, other.head = list(head), list(head)
-        one.costs, other.costs = {"616263": 1.0, "61c3a9": 2.0}, {"616263": 1.5, "646566": 3.0}
+        one = model(9, {"616263": 1.0, "61c3a9": 2.0})
+        other = model(9, {"616263": 1.5, "646566": 3.0})
         training.share_ascii([one, other])
         self.assertEqual(one.costs, {"616263": 1.0, "646566": 3.0, "61c3a9": 2.0})
         self.assertEqual(other.costs, {"616263": 1.0, "646566": 3.0})
+
+    def test_signs_that_training_replaced_are_not_dear(self):
+        one = model(-1, {})
+        one.price_unseen("windows-1252")
+        costs = one.byte_costs()
+        self.assertEqual(costs[0xA9], training.SIGN)  # a copyright sign
+        self.assertEqual(costs[0xE9], -1)             # a letter
+        self.assertEqual(costs[0x81], -1)             # nothing
+        self.assertEqual(costs[0x41], -1)
+
+    def test_utf8_in_unusual_order_is_dear(self):
+        one = model(9, {})
+        one.price_unseen("UTF-8")
+        self.assertEqual(one.byte_costs()[0xA9], 9 + training.UNUSUAL)
+        self.assertEqual(one.byte_costs()[0x41], 9)
+
+    def test_values_are_counted_for_each_byte(self):
+        counts = {"616161": (4, 2)}
+        self.assertEqual(grouping.values_per_byte(counts, b"AAAAAA1"), [16 / 6, 8 / 6, 2 / 6])
 
 
 if __name__ == "__main__":
