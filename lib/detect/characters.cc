@@ -90,12 +90,12 @@ constexpr KnownSign kSigns[] = {{0x00A0, {' ', 3, true}},
                                 {0x0192, {' ', 12, false}},
                                 {0x02C6, {' ', 12, false, kBothSides}},
                                 {0x02DC, {' ', 12, false, kBothSides}},
-                                {0x2500, {'-', 7, false}},
-                                {0x2502, {' ', 8, false}},
-                                {0x2550, {'-', 8, false}},
-                                {0x2551, {' ', 9, false}},
-                                {0x25A0, {' ', 9, false}},
-                                {0x2588, {' ', 9, false}}};
+                                {0x2500, {'-', 7, false, kBothSides}},
+                                {0x2502, {' ', 8, false, kBothSides}},
+                                {0x2550, {'-', 8, false, kBothSides}},
+                                {0x2551, {' ', 9, false, kBothSides}},
+                                {0x25A0, {' ', 9, false, kBothSides}},
+                                {0x2588, {' ', 9, false, kBothSides}}};
 
 constexpr double kRareCost = 12;
 constexpr double kControlCost = 16;

@@ -133,6 +133,14 @@ TEST(Rewriting, SignsKeepToTheirSideOfWords) {
   EXPECT_GT(cost("the \xAEOrva"), 0);
 }
 
+TEST(Rewriting, LinesOfTablesDoNotTouchLetters) {
+  const auto cost = [](const std::string& text) {
+    return rewriting("IBM850", nullptr, text).place_cost(text);
+  };
+  EXPECT_EQ(cost("\xB3 one \xB3"), 0);
+  EXPECT_GT(cost("\xB3one \xB3"), 0);
+}
+
 TEST(Rewriting, QuotationMarksOpenAndClose) {
   const auto cost = [](const std::string& text) {
     const orva::Rewriting r = rewriting("windows-1252", nullptr, text);
