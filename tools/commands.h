@@ -63,6 +63,17 @@ struct ExportOptions {
 };
 int run_export(const ExportOptions& options);
 
+struct EvalOptions {
+  std::string models;   // as for detect
+  bool all = false;     // read whole documents instead of their beginning
+  bool json = false;    // print one JSON object instead of tables
+  std::string svg;      // picture to write, empty for none
+  std::string piece;    // column of the manifest that gives the piece of each document to read
+  unsigned window = 0;  // bytes of each document to read, from its first non-ASCII text; 0: all
+  std::string manifest;
+};
+int run_eval(const EvalOptions& options);
+
 struct InfoOptions {
   std::string file;
 };

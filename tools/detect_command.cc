@@ -22,13 +22,6 @@ std::string text_line(const std::string& path, const Detection& detection) {
   return path + ": " + or_dash(detection.charset) + " " + or_dash(detection.language);
 }
 
-// The folder that --models or ORVA_MODELS names; empty for the built-in models.
-std::string named_models(const std::string& given) {
-  if (!given.empty()) return given;
-  const char* named = getenv("ORVA_MODELS");
-  return named == nullptr ? "" : named;
-}
-
 bool open_classic(const DetectOptions& options, ClassicDetector* detector) {
   const std::string models = find_models(options.models);
   if (!models.empty()) return detector->open(models);

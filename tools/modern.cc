@@ -1,5 +1,7 @@
 #include "tools/modern.h"
 
+#include <cstdlib>
+
 #include "tools/documents.h"
 #include "tools/report.h"
 
@@ -29,6 +31,12 @@ const char* kind_name(OrvaKind kind) {
 std::string text_of(const char* s) { return s == nullptr ? "" : s; }
 
 }  // namespace
+
+std::string named_models(const std::string& given) {
+  if (!given.empty()) return given;
+  const char* named = getenv("ORVA_MODELS");
+  return named == nullptr ? "" : named;
+}
 
 ModernDetector::~ModernDetector() {
   orva_free(detector_);
@@ -88,7 +96,16 @@ bool ModernDetector::detect(const std::string& name, Detection* detection, std::
     fed = orva_feed(detector_, bytes, length);
     return fed == ORVA_OK;
   };
-  if (!read_document(name, kBlock, take, error)) return false;
+  return read_document(name, kBlock, take, error) && finish(fed, detection, error);
+}
+
+bool ModernDetector::detect_bytes(std::string_view bytes, Detection* detection,
+                                  std::string* error) {
+  orva_reset(detector_);
+  return finish(orva_feed(detector_, bytes.data(), bytes.size()), detection, error);
+}
+
+bool ModernDetector::finish(int fed, Detection* detection, std::string* error) {
   OrvaResult result;
   const int finished = fed < 0 ? fed : orva_finish(detector_, &result);
   if (finished < 0) {

@@ -3,6 +3,7 @@
 #define ORVA_TOOLS_MODERN_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lib/detect/orva.h"
@@ -18,6 +19,9 @@ struct ModernOptions {
   std::vector<std::string> excluded;   // charsets never to be answered
 };
 
+// The folder that --models or ORVA_MODELS names; empty for the built-in models.
+std::string named_models(const std::string& given);
+
 class ModernDetector {
  public:
   ModernDetector() = default;
@@ -30,11 +34,15 @@ class ModernDetector {
 
   // Names one document. False, with the reason in `error`, when it cannot be read.
   bool detect(const std::string& name, Detection* detection, std::string* error);
+  // The same for a document in memory.
+  bool detect_bytes(std::string_view bytes, Detection* detection, std::string* error);
 
   const OrvaModels* models() const { return models_; }
 
  private:
   bool restrict_answers(const ModernOptions& options);
+  // Takes the answer; `fed` is what feeding came to.
+  bool finish(int fed, Detection* detection, std::string* error);
 
   OrvaModels* models_ = nullptr;
   OrvaDetector* detector_ = nullptr;

@@ -88,6 +88,23 @@ void add_export(CLI::App* app, orva::ExportOptions* options) {
       ->required();
 }
 
+void add_eval(CLI::App* app, orva::EvalOptions* options) {
+  CLI::App* command = app->add_subcommand("eval", "Measure the answers on labelled documents");
+  command->add_option("--models", options->models, "Folder of Model.grp and Model.stc");
+  command->add_flag("--all", options->all, "Read whole documents, not only their beginning");
+  command->add_flag("--json", options->json, "Print one JSON object instead of tables");
+  command->add_option("--svg", options->svg, "Picture to write");
+  CLI::Option* piece = command->add_option(
+      "--piece", options->piece, "Read the pieces that this column gives as OFFSET:LENGTH");
+  command
+      ->add_option("--window", options->window,
+                   "Read this many bytes of each document, from its first non-ASCII text")
+      ->check(CLI::Range(1U, 0x1000000U))
+      ->excludes(piece);
+  command->add_option("MANIFEST", options->manifest, "Table of documents, charsets and languages")
+      ->required();
+}
+
 void add_info(CLI::App* app, orva::InfoOptions* options) {
   CLI::App* command = app->add_subcommand("info", "Tell what a model file holds");
   command->add_option("FILE", options->file, "Model group, Model.stc or trained model")->required();
@@ -104,12 +121,14 @@ int main(int argc, char** argv) {
   orva::TrainOptions train;
   orva::GroupOptions group;
   orva::ExportOptions exported;
+  orva::EvalOptions eval;
   orva::InfoOptions info;
   add_detect(&app, &detect);
   add_score(&app, &score);
   add_train(&app, &train);
   add_group(&app, &group);
   add_export(&app, &exported);
+  add_eval(&app, &eval);
   add_info(&app, &info);
   try {
     app.parse(argc, argv);
@@ -125,5 +144,6 @@ int main(int argc, char** argv) {
   if (app.got_subcommand("train")) return orva::run_train(train);
   if (app.got_subcommand("group")) return orva::run_group(group);
   if (app.got_subcommand("export")) return orva::run_export(exported);
+  if (app.got_subcommand("eval")) return orva::run_eval(eval);
   return orva::run_info(info);
 }
