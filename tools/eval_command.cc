@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -66,13 +65,10 @@ class Evaluation {
  private:
   // Leaves the bytes that the answer is wanted for.
   bool cut(const LabelledDocument& document, std::string* bytes, std::string* error) const {
-    if (document.offset > bytes->size()) {
+    if (!cut_piece(document, bytes)) {
       *error = kNoPiece;
       return false;
     }
-    bytes->erase(0, static_cast<size_t>(document.offset));
-    if (document.length != 0)
-      bytes->resize(static_cast<size_t>(std::min<uint64_t>(document.length, bytes->size())));
     if (options_.window == 0 || bytes->empty()) return true;
     *bytes = window_of(document.charsets.front(), *bytes, options_.window);
     if (bytes->empty()) *error = kNoWindow;

@@ -121,4 +121,13 @@ bool read_manifest(std::string_view text, const std::string& piece_column,
   return false;
 }
 
+bool cut_piece(const LabelledDocument& document, std::string* bytes) {
+  if (document.offset > bytes->size()) return false;
+  bytes->erase(0, static_cast<size_t>(document.offset));
+  if (document.length != 0 && document.length < bytes->size()) {
+    bytes->resize(static_cast<size_t>(document.length));
+  }
+  return true;
+}
+
 }  // namespace orva

@@ -38,6 +38,9 @@ struct LabelledDocument {
 bool read_manifest(std::string_view text, const std::string& piece_column,
                    std::vector<LabelledDocument>* documents, std::string* error);
 
+// Leaves the document's piece of its bytes, as much of it as there is. False when they end before.
+bool cut_piece(const LabelledDocument& document, std::string* bytes);
+
 }  // namespace orva
 
 #endif  // ORVA_LIB_ACCURACY_MANIFEST_H_

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
@@ -13,12 +14,11 @@ namespace orva {
 
 namespace {
 
-constexpr double kMarkProbability = 0.9999;
-constexpr double kEscapeProbability = 0.999;
-constexpr double kAsciiProbability = 0.999;
-
 // Controls that text never holds: one in so many bytes makes a document binary.
 constexpr uint64_t kControlsPerByte = 20;
+
+// Margins beyond this are the same certainty.
+constexpr double kMostMargin = 1e6;
 
 // How many nats count as one when costs become probabilities: models err together over a text, the
 // more the longer it is.
@@ -66,15 +66,24 @@ bool is_binary(const Evidence& evidence) {
   return evidence.odd_controls() * kControlsPerByte > evidence.length();
 }
 
-// Turns costs into shares of one.
-void share_out(double scale, std::vector<Candidate>* candidates) {
+// The likeliest gets `probability`; the others share what it leaves, none more than it.
+void share_out(double probability, double scale, std::vector<Candidate>* candidates) {
+  std::vector<Candidate>& all = *candidates;
+  all[0].probability = probability;
   double sum = 0;
-  const double least = candidates->front().cost;
-  for (Candidate& c : *candidates) {
-    c.probability = std::exp((least - c.cost) / scale);
-    sum += c.probability;
+  for (size_t i = 1; i < all.size(); ++i) {
+    all[i].probability = std::exp((all[1].cost - all[i].cost) / scale);
+    sum += all[i].probability;
   }
-  for (Candidate& c : *candidates) c.probability /= sum;
+  for (size_t i = 1; i < all.size(); ++i) {
+    all[i].probability = std::min(probability, all[i].probability / sum * (1 - probability));
+  }
+}
+
+Ground ground_of(const Reading& reading) {
+  if (reading.table != nullptr) return Ground::kSingleByte;
+  const uint32_t flags = kCharsets[reading.charsets.front()].flags;
+  return (flags & (kUtf16 | kUtf32)) != 0 ? Ground::kWide : Ground::kMultiByte;
 }
 
 }  // namespace
@@ -110,14 +119,16 @@ Decision Decider::decide(const Evidence& evidence, std::string_view sample,
   return decision;
 }
 
-void Decider::settle(const Task& task, int charset, std::string_view text, double probability,
+void Decider::settle(const Task& task, int charset, std::string_view text, Ground ground,
                      Decision* decision) {
   Reading reading;
   reading.charsets.push_back(charset);
   reading.costs = pricing_.price_utf8(text);
-  Candidate candidate = best_of(task, reading);
+  Candidate candidate = best_of(task, reading, &decision->grounds);
+  decision->grounds.ground = ground;
   candidate.charset = charset;
-  candidate.probability = probability;
+  candidate.probability = charset_confidence(decision->grounds);
+  candidate.language_probability = language_confidence(decision->grounds);
   decision->candidates.push_back(candidate);
 }
 
@@ -130,7 +141,7 @@ bool Decider::decide_by_mark(const Task& task, Decision* decision) {
   Conversion text;
   decode_bytes(kCharsets[index],
                task.sample.substr(0, Sample::kHead).substr(task.evidence.mark_length()), &text);
-  settle(task, index, text.bytes, kMarkProbability, decision);
+  settle(task, index, text.bytes, Ground::kMark, decision);
   return true;
 }
 
@@ -142,7 +153,9 @@ bool Decider::decide_by_escapes(const Task& task, Decision* decision) {
                                                                       : "zh";
   Candidate candidate;
   candidate.charset = find_charset_index(charset);
-  candidate.probability = kEscapeProbability;
+  decision->grounds.ground = Ground::kEscapes;
+  decision->grounds.length = static_cast<double>(task.sample.size());
+  candidate.probability = charset_confidence(decision->grounds);
   const auto& names = tables_.languages();
   const auto at = std::find(names.begin(), names.end(), language);
   if (at != names.end()) candidate.language = static_cast<int>(at - names.begin());
@@ -154,7 +167,7 @@ bool Decider::decide_by_escapes(const Task& task, Decision* decision) {
 bool Decider::decide_ascii(const Task& task, Decision* decision) {
   const Evidence& evidence = task.evidence;
   if (evidence.high() != 0 || evidence.count(0) != 0 || !task.allows("US-ASCII")) return false;
-  settle(task, find_charset_index("US-ASCII"), task.sample, kAsciiProbability, decision);
+  settle(task, find_charset_index("US-ASCII"), task.sample, Ground::kAscii, decision);
   if (!holds_letters(evidence)) decision->candidates.back().language = -1;
   return true;
 }
@@ -163,8 +176,7 @@ bool Decider::decide_utf8(const Task& task, Decision* decision) {
   const MultiByteCheck& check = task.evidence.multi_byte(MultiByteKind::kUtf8);
   if (!check.valid() || check.wide() == 0 || task.evidence.count(0) != 0) return false;
   if (!task.allows("UTF-8")) return false;
-  const double doubt = 0.02 / static_cast<double>(check.wide());
-  settle(task, find_charset_index("UTF-8"), task.sample, 1 - doubt, decision);
+  settle(task, find_charset_index("UTF-8"), task.sample, Ground::kUtf8, decision);
   return true;
 }
 
@@ -195,7 +207,10 @@ int Decider::name_for(const Reading& reading, int language, const Task& task) co
   return best;
 }
 
-Candidate Decider::best_of(const Task& task, const Reading& reading) const {
+Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* grounds) const {
+  *grounds = Grounds{};
+  grounds->length = static_cast<double>(task.sample.size());
+  grounds->high = static_cast<double>(task.evidence.high());
   Candidate best;
   best.cost = kNoCost;
   std::vector<double> by_language = reading.costs;
@@ -212,12 +227,12 @@ Candidate Decider::best_of(const Task& task, const Reading& reading) const {
   }
   if (best.language < 0) return best;
   best.charset = name_for(reading, best.language, task);
-  double sum = 0;
+  double next = kNoCost;
   for (size_t l = 0; l < by_language.size(); ++l) {
-    if (!task.restrictions.allows_language(l) || by_language[l] == kNoCost) continue;
-    sum += std::exp((least - by_language[l]) / scale);
+    const bool other = static_cast<int>(l) != best.language;
+    if (other && task.restrictions.allows_language(l)) next = std::min(next, by_language[l]);
   }
-  best.language_probability = 1 / sum;
+  grounds->language_margin = std::min(next - least, kMostMargin);
   const double prior =
       prior_cost(best.charset) + mismatch_cost(best.charset, language_name(best.language));
   best.cost += prior * prior_weight(task.evidence.high());
@@ -229,14 +244,26 @@ void Decider::decide_by_cost(const Task& task, Decision* decision) {
   std::vector<Reading> readings = find_readings(task.evidence, allowed, false);
   if (readings.empty()) readings = find_readings(task.evidence, allowed, true);
   pricing_.price(task.sample, &readings);
+  std::vector<std::pair<Candidate, Grounds>> ranked;
   for (const Reading& reading : readings) {
-    const Candidate candidate = best_of(task, reading);
-    if (candidate.language >= 0) decision->candidates.push_back(candidate);
+    Grounds grounds;
+    Candidate candidate = best_of(task, reading, &grounds);
+    grounds.ground = ground_of(reading);
+    candidate.language_probability = language_confidence(grounds);
+    if (candidate.language >= 0) ranked.emplace_back(candidate, grounds);
   }
-  if (decision->candidates.empty()) return;
-  std::stable_sort(decision->candidates.begin(), decision->candidates.end(),
-                   [](const Candidate& a, const Candidate& b) { return a.cost < b.cost; });
-  share_out(temperature(static_cast<double>(task.sample.size())), &decision->candidates);
+  if (ranked.empty()) return;
+  std::stable_sort(ranked.begin(), ranked.end(),
+                   [](const auto& a, const auto& b) { return a.first.cost < b.first.cost; });
+  for (const auto& [candidate, grounds] : ranked) decision->candidates.push_back(candidate);
+  decision->grounds = ranked.front().second;
+  if (ranked.size() == 1) {
+    decision->grounds.ground = Ground::kAlone;
+  } else {
+    decision->grounds.margin = std::min(ranked[1].first.cost - ranked[0].first.cost, kMostMargin);
+  }
+  share_out(charset_confidence(decision->grounds),
+            temperature(static_cast<double>(task.sample.size())), &decision->candidates);
 }
 
 }  // namespace orva

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/confidence.h"
 #include "lib/detect/evidence.h"
 #include "lib/detect/pricing.h"
 
@@ -28,6 +29,7 @@ struct Candidate {
 struct Decision {
   DocumentKind kind = DocumentKind::kEmpty;
   bool has_mark = false;
+  Grounds grounds;  // of the likeliest candidate
   // The likeliest first; empty when nothing can be said.
   std::vector<Candidate> candidates;
 };
@@ -61,9 +63,10 @@ class Decider {
   bool decide_utf8(const Task& task, Decision* decision);
   void decide_by_cost(const Task& task, Decision* decision);
   // Adds the only candidate: `charset`, with the best language of `text`, which is UTF-8.
-  void settle(const Task& task, int charset, std::string_view text, double probability,
+  void settle(const Task& task, int charset, std::string_view text, Ground ground,
               Decision* decision);
-  Candidate best_of(const Task& task, const Reading& reading) const;
+  // The best language of a reading; `*grounds` receives all but the margin.
+  Candidate best_of(const Task& task, const Reading& reading, Grounds* grounds) const;
   int name_for(const Reading& reading, int language, const Task& task) const;
   const std::string& language_name(int language) const;
   bool has_model(int charset, int language) const;

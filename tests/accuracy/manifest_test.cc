@@ -63,6 +63,22 @@ TEST(Manifest, PiecesComeFromTheirColumnAndEmptyOnesLeaveTheDocumentOut) {
   EXPECT_EQ(documents[1].length, 0U);
 }
 
+TEST(Manifest, APieceIsWhatThereIsOfIt) {
+  LabelledDocument document;
+  const auto piece = [&document](uint64_t offset, uint64_t length) {
+    document.offset = offset;
+    document.length = length;
+    std::string bytes = "abcdef";
+    return cut_piece(document, &bytes) ? bytes : "none";
+  };
+  EXPECT_EQ(piece(0, 0), "abcdef");
+  EXPECT_EQ(piece(2, 3), "cde");
+  EXPECT_EQ(piece(4, 9), "ef");
+  EXPECT_EQ(piece(6, 1), "");
+  EXPECT_EQ(piece(7, 1), "none");
+  EXPECT_EQ(piece(UINT64_MAX, UINT64_MAX), "none");
+}
+
 TEST(Manifest, ErrorsNameTheLine) {
   EXPECT_EQ(error_of("\n\n"), "is empty");
   EXPECT_EQ(error_of("file\tcharset\n"), "line 1: no column \"path\"");

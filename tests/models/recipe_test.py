@@ -1,14 +1,16 @@
 """Tests of the recipe that makes the models."""
 
+import codecs
 import os
+import random
 import sys
 import unittest
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "models"))
 
-from recipe import (charsets, cleaning, grouping, languages, models, texts, training,  # noqa: E402
-                    training_text)
+from recipe import (charsets, cleaning, fitting, grouping, imitation,  # noqa: E402
+                    languages, models, texts, training, training_text)
 
 
 class Cleaning(unittest.TestCase):
@@ -33,6 +35,60 @@ class Cleaning(unittest.TestCase):
         self.assertTrue(cleaning.is_running_text(english, "en"))
         self.assertFalse(cleaning.is_running_text(english, "fr"))
         self.assertFalse(cleaning.is_running_text(english, "ru"))
+
+
+class Fitting(unittest.TestCase):
+    def samples(self, weights, count=4000):
+        source, out = random.Random(1), []
+        for _ in range(count):
+            features = [1.0] + [source.uniform(0, 5) for _ in weights[1:]]
+            out.append((features, source.random() < fitting.probability(weights, features)))
+        return out
+
+    def test_the_weights_that_made_the_answers_are_found(self):
+        found = fitting.fit(self.samples([-1.0, 1.2, -0.5]), (1,))
+        for weight, expected in zip(found, [-1.0, 1.2, -0.5]):
+            self.assertAlmostEqual(weight, expected, delta=0.2)
+
+    def test_a_margin_never_counts_against_an_answer(self):
+        found = fitting.fit(self.samples([2.0, -0.7, 0.3]), (1,))
+        self.assertEqual(found[1], 0)
+
+    def test_of_few_wrong_answers_only_their_share_is_learnt(self):
+        samples = [([1.0, k / 10], k > 1) for k in range(99)]
+        found = fitting.fit(samples, (1,))
+        self.assertEqual(found[1:], [0.0])
+        self.assertAlmostEqual(fitting.probability(found, [1.0, 5.0]), 98 / 101)
+
+    def test_the_error_is_the_distance_of_the_bins(self):
+        self.assertAlmostEqual(fitting.calibration_error([(0.75, 1)] * 3 + [(0.75, 0)]), 0)
+        self.assertAlmostEqual(fitting.calibration_error([(0.25, 1), (0.95, 1)]), 0.4)
+
+
+class Imitation(unittest.TestCase):
+    TEXTS = {"en": ["The ferry leaves at nine and is back by noon."] * 3,
+             "ru": ["Паром уходит в девять и к полудню возвращается."] * 3,
+             "ja": ["渡し船は九時に出て、昼までに戻ってくる。"] * 3}
+
+    def documents(self, seed):
+        imitator = imitation.Imitator(self.TEXTS, seed)
+        return [imitator.make() for _ in range(120)]
+
+    def test_the_same_seed_gives_the_same_documents(self):
+        self.assertEqual(self.documents(3), self.documents(3))
+        self.assertNotEqual(self.documents(3), self.documents(4))
+
+    def test_nearly_all_can_be_read_as_they_are_labelled(self):
+        made = [document for document in self.documents(5) if document]
+        self.assertGreater(len(made), 60)
+        unread = 0
+        for data, charset, _ in made:
+            try:
+                decoder = codecs.getincrementaldecoder(charsets.codec_of(charset))()
+                decoder.decode(data)
+            except UnicodeDecodeError:
+                unread += 1
+        self.assertLess(unread, 5)
 
 
 class Languages(unittest.TestCase):

@@ -1,0 +1,65 @@
+// Whether probabilities come true on documents that nothing here was fitted on. The folder that
+// ORVA_EVAL names holds them; without it there is nothing to measure.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "lib/accuracy/manifest.h"
+#include "lib/accuracy/tally.h"
+#include "lib/detect/builtin_models.h"
+#include "lib/detect/charset_table.h"
+#include "lib/detect/detector.h"
+#include "tests/support/temp_dir.h"
+
+namespace orva {
+namespace {
+
+constexpr double kMostError = 0.03;
+
+// Every `step`-th document of the folder, in the pieces that `column` gives.
+Tally measured(const std::string& folder, const std::string& column, size_t step) {
+  std::vector<LabelledDocument> documents;
+  std::string error;
+  EXPECT_TRUE(read_manifest(bytes_of(folder + "/manifest.tsv"), column, &documents, &error))
+      << error;
+  Detector detector(builtin_models());
+  Tally tally;
+  for (size_t i = 0; i < documents.size(); i += step) {
+    const LabelledDocument& document = documents[i];
+    std::string bytes = bytes_of(folder + "/" + document.path);
+    EXPECT_TRUE(cut_piece(document, &bytes)) << document.path;
+    detector.reset();
+    detector.feed(bytes);
+    const Decision& decision = detector.finish();
+    Outcome outcome;
+    outcome.charset = document.charsets.front();
+    if (!decision.candidates.empty()) {
+      outcome.answered_charset = kCharsets[decision.candidates.front().charset].iana;
+      outcome.probability = decision.candidates.front().probability;
+      outcome.judgement = judge(document.charsets, bytes, outcome.answered_charset);
+    }
+    tally.add(outcome);
+  }
+  return tally;
+}
+
+class Calibration : public testing::TestWithParam<std::pair<const char*, size_t>> {};
+
+TEST_P(Calibration, ProbabilitiesComeTrue) {
+  const char* folder = std::getenv("ORVA_EVAL");
+  if (folder == nullptr) GTEST_SKIP() << "ORVA_EVAL is not set";
+  const auto [column, step] = GetParam();
+  const Tally tally = measured(folder, column, step);
+  ASSERT_GE(tally.all().documents, 100U);
+  EXPECT_LE(tally.calibration_error(), kMostError);
+  // Nothing but doubt would be true as well; what answers say must tell them apart.
+  EXPECT_GT(tally.bins().back().answers, tally.all().documents * 3 / 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(Evaluation, Calibration,
+                         testing::Values(std::make_pair("full", size_t{4}),
+                                         std::make_pair("w64", size_t{1})),
+                         [](const auto& info) { return std::string(info.param.first); });
+
+}  // namespace
+}  // namespace orva

@@ -1,0 +1,56 @@
+#include "lib/detect/confidence.h"
+
+#include <gtest/gtest.h>
+
+namespace orva {
+namespace {
+
+constexpr Ground kEvery[] = {Ground::kMark,      Ground::kEscapes, Ground::kAscii,
+                             Ground::kUtf8,      Ground::kAlone,   Ground::kSingleByte,
+                             Ground::kMultiByte, Ground::kWide};
+static_assert(sizeof(kEvery) / sizeof(kEvery[0]) == kGrounds);
+
+Grounds grounds(Ground ground, double margin, double length) {
+  return {ground, margin, margin, length, length / 2};
+}
+
+TEST(Confidence, NeverFallsWhenTheNextAnswerIsFartherOff) {
+  for (const Ground ground : kEvery) {
+    double charset = 0;
+    double language = 0;
+    for (double margin = 0; margin < 1e6; margin = 2 * margin + 1) {
+      const Grounds g = grounds(ground, margin, 300);
+      EXPECT_GE(charset_confidence(g), charset) << static_cast<int>(ground) << ' ' << margin;
+      EXPECT_GE(language_confidence(g), language) << static_cast<int>(ground) << ' ' << margin;
+      charset = charset_confidence(g);
+      language = language_confidence(g);
+    }
+  }
+}
+
+TEST(Confidence, StaysBetweenNoneAndCertainty) {
+  for (const Ground ground : kEvery) {
+    for (const double margin : {0.0, 1.0, 1e6}) {
+      for (const double length : {1.0, 16.0, 32768.0}) {
+        const Grounds g = grounds(ground, margin, length);
+        for (const double p : {charset_confidence(g), language_confidence(g)}) {
+          EXPECT_GT(p, 0) << static_cast<int>(ground) << ' ' << margin << ' ' << length;
+          EXPECT_LT(p, 1) << static_cast<int>(ground) << ' ' << margin << ' ' << length;
+        }
+      }
+    }
+  }
+}
+
+TEST(Confidence, ATieBetweenSingleByteReadingsIsDoubtful) {
+  EXPECT_LT(charset_confidence(grounds(Ground::kSingleByte, 0, 100)), 0.7);
+  EXPECT_GT(charset_confidence(grounds(Ground::kSingleByte, 100, 100)), 0.95);
+}
+
+TEST(Confidence, AByteOrderMarkAndValidUtf8AreNearCertain) {
+  EXPECT_GT(charset_confidence(grounds(Ground::kMark, 0, 100)), 0.98);
+  EXPECT_GT(charset_confidence(grounds(Ground::kUtf8, 0, 100)), 0.98);
+}
+
+}  // namespace
+}  // namespace orva
