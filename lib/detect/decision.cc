@@ -60,10 +60,29 @@ bool looks_ebcdic(const Evidence& evidence) {
   return evidence.count(0x40) > 4 * evidence.count(' ') && evidence.high() * 2 > evidence.length();
 }
 
+bool has_many_controls(const Evidence& evidence) {
+  return evidence.odd_controls() * kControlsPerByte > evidence.length();
+}
+
+// UTF-16 without blanks: the upper bytes of Greek and Cyrillic letters are controls, and the lower
+// ones of Chinese characters may be.
+bool looks_utf16(const Evidence& evidence) {
+  constexpr uint64_t kFewestLetters = 4;
+  constexpr double kLetterCost = 6;
+  constexpr uint64_t kFewestChinese = 16;
+  constexpr double kChineseCost = 8.6;
+  const auto& checks = evidence.unicode();
+  return std::any_of(checks.begin(), checks.end(), [](const UnicodeCheck& check) {
+    if (!check.valid() || check.characters() < kFewestLetters) return false;
+    const bool is_long = check.characters() >= kFewestChinese;
+    return check.cost() <= (is_long ? kChineseCost : kLetterCost);
+  });
+}
+
 bool is_binary(const Evidence& evidence) {
   if (evidence.has_binary_signature()) return true;
-  if (looks_ebcdic(evidence)) return false;
-  return evidence.odd_controls() * kControlsPerByte > evidence.length();
+  if (looks_ebcdic(evidence) || looks_utf16(evidence)) return false;
+  return has_many_controls(evidence);
 }
 
 // The likeliest gets `probability`; the others share what it leaves, none more than it.
@@ -167,6 +186,7 @@ bool Decider::decide_by_escapes(const Task& task, Decision* decision) {
 bool Decider::decide_ascii(const Task& task, Decision* decision) {
   const Evidence& evidence = task.evidence;
   if (evidence.high() != 0 || evidence.count(0) != 0 || !task.allows("US-ASCII")) return false;
+  if (has_many_controls(evidence)) return false;
   settle(task, find_charset_index("US-ASCII"), task.sample, Ground::kAscii, decision);
   if (!holds_letters(evidence)) decision->candidates.back().language = -1;
   return true;

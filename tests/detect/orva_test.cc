@@ -111,6 +111,11 @@ TEST_F(OrvaTest, AsciiIsAscii) {
   EXPECT_EQ(result.kind, ORVA_KIND_TEXT);
 }
 
+TEST_F(OrvaTest, AWordOfUtf16IsNoBinaryFile) {
+  EXPECT_EQ(charset(in("UTF-16LE", "Подсветка")), "UTF-16LE");
+  EXPECT_EQ(charset(in("UTF-16BE", "καταθέτεις")), "UTF-16BE");
+}
+
 TEST_F(OrvaTest, OneValidSequenceMakesUtf8) {
   EXPECT_EQ(charset("a word: caf\xC3\xA9"), "UTF-8");
   EXPECT_EQ(charset("a word cut: caf\xC3\xA9 na\xC3"), "UTF-8");
