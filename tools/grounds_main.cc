@@ -3,8 +3,8 @@
 //   orva_grounds MANIFEST [COLUMN]
 //
 // The manifest is as for `orva eval`, the column as its --piece. Fields, between tabs: the ground's
-// number, margin, language margin, length, high bytes, whether the charset was right (1 or 0),
-// whether the language was (- when it is not known), the probability of each as it stands, the
+// number, margin, language margin, length, high bytes, misfit, whether the charset was right (1 or
+// 0), whether the language was (- when it is not known), the probability of each as it stands, the
 // label, the answer, the label's language, the answer's. Documents without an answer are left out.
 #include <cstdio>
 #include <string>
@@ -46,9 +46,10 @@ void print_grounds(const orva::LabelledDocument& document, const std::string& by
                         : orva::plain_language(
                               detector->tables().languages()[static_cast<size_t>(best.language)]);
   const orva::Grounds& grounds = decision.grounds;
-  printf("%d\t%.6g\t%.6g\t%.0f\t%.0f\t%d\t%s\t%.4f\t%.4f\t%s\t%s\t%s\t%s\n",
+  printf("%d\t%.6g\t%.6g\t%.0f\t%.0f\t%.4g\t%d\t%s\t%.4f\t%.4f\t%s\t%s\t%s\t%s\n",
          static_cast<int>(grounds.ground), grounds.margin, grounds.language_margin, grounds.length,
-         grounds.high, orva::judge(document.charsets, bytes, answer).same_text ? 1 : 0,
+         grounds.high, grounds.misfit,
+         orva::judge(document.charsets, bytes, answer).same_text ? 1 : 0,
          known.empty() ? "-" : (known == language ? "1" : "0"), best.probability,
          best.language_probability, document.charsets.front().c_str(), answer.c_str(),
          known.c_str(), language.c_str());

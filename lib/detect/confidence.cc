@@ -9,9 +9,10 @@ namespace orva {
 namespace {
 
 double confidence(const ConfidenceWeights& weights, double margin, const Grounds& grounds) {
-  const double score = weights.constant + weights.margin * std::log1p(margin) +
-                       weights.length * std::log1p(grounds.length) +
-                       weights.high * std::log1p(grounds.high);
+  const double score =
+      weights.constant + weights.margin * std::log1p(margin) / (1 + grounds.misfit) +
+      weights.shortness / (1 + grounds.length) + weights.length * std::log1p(grounds.length) +
+      weights.high * std::log1p(grounds.high) + weights.misfit * grounds.misfit;
   return 1 / (1 + std::exp(-score));
 }
 

@@ -31,6 +31,7 @@ struct Grounds {
   double language_margin = 0;  // nats up to the next language of the same reading
   double length = 0;           // bytes that the models were asked about
   double high = 0;             // bytes above 0x7F
+  double misfit = 0;           // nats a byte beyond what text costs, where costs decided
 };
 
 // That the charset reads the document right.

@@ -20,6 +20,10 @@ constexpr uint64_t kControlsPerByte = 20;
 // Margins beyond this are the same certainty.
 constexpr double kMostMargin = 1e6;
 
+// Nats a byte that text costs at most under the models of its language, as a rule; bytes at random
+// cost twice as much.
+constexpr double kGoodFit = 5;
+
 // How many nats count as one when costs become probabilities: models err together over a text, the
 // more the longer it is.
 double temperature(double length) { return 2.0 + 0.02 * length; }
@@ -145,6 +149,7 @@ void Decider::settle(const Task& task, int charset, std::string_view text, Groun
   reading.costs = pricing_.price_utf8(text);
   Candidate candidate = best_of(task, reading, &decision->grounds);
   decision->grounds.ground = ground;
+  decision->grounds.misfit = 0;
   candidate.charset = charset;
   candidate.probability = charset_confidence(decision->grounds);
   candidate.language_probability = language_confidence(decision->grounds);
@@ -253,6 +258,8 @@ Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* gr
     if (other && task.restrictions.allows_language(l)) next = std::min(next, by_language[l]);
   }
   grounds->language_margin = std::min(next - least, kMostMargin);
+  const double bytes = static_cast<double>(std::max<size_t>(pricing_.priced(), 1));
+  grounds->misfit = std::max(best.cost / bytes - kGoodFit, 0.0);
   const double prior =
       prior_cost(best.charset) + mismatch_cost(best.charset, language_name(best.language));
   best.cost += prior * prior_weight(task.evidence.high());

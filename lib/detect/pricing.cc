@@ -141,6 +141,7 @@ void Pricing::price_ascii(std::string_view plain, Text* text) {
 
 void Pricing::price(std::string_view sample, std::vector<Reading>* readings) {
   sample = with_few_high(sample, kMostHigh);
+  priced_ = sample.size();
   const std::string plain = normalised(text_of(sample));
   Text text(high_segments(plain));
   price_ascii(plain, &text);

@@ -34,6 +34,9 @@ class Pricing {
   // Costs by language of text that is already UTF-8.
   std::vector<double> price_utf8(std::string_view text);
 
+  // Bytes of the last sample that was priced.
+  size_t priced() const { return priced_; }
+
  private:
   struct Text;  // a sample prepared once for all of its readings
 
@@ -45,6 +48,7 @@ class Pricing {
   std::vector<double> totals(const std::vector<std::string>& segments);
   void price_ascii(std::string_view plain, Text* text);
 
+  size_t priced_ = 0;
   const ModelTables& tables_;
   Scorer& scorer_;
   std::vector<int> home_model_;     // by language; -1 when it has no usable one

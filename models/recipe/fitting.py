@@ -4,7 +4,7 @@ import math
 
 _RIDGE = 0.5
 _STEPS = 30
-_FEWEST_WRONG = 12  # for a weight beyond the constant
+_FEWEST_WRONG = 3  # for a weight beyond the constant
 
 
 def probability(weights, features):
@@ -49,13 +49,14 @@ def _fit_on(samples, used):
     return weights
 
 
-def fit(samples, rising):
+def fit(samples, rising, falling=()):
     """Weights for samples (features, right); the first feature is 1.
 
-    Features whose index is in `rising` never make an answer less likely. Of few wrong answers only
+    Features whose index is in `rising` never make an answer less likely, those in `falling` never
+    more. Of few wrong answers only
     their share is learnt, one more of each kind being supposed.
     """
-    size = len(samples[0][0]) if samples else 4
+    size = len(samples[0][0]) if samples else 6
     wrong = sum(1 for _, right in samples if not right)
     if min(wrong, len(samples) - wrong) < _FEWEST_WRONG:
         odds = (len(samples) - wrong + 1) / (wrong + 1)
@@ -63,13 +64,14 @@ def fit(samples, rising):
     used = list(range(size))
     while True:
         found = _fit_on(samples, used)
-        falling = [k for k, w in zip(used, found) if k in rising and w < 0]
-        if not falling:
+        against = [k for k, w in zip(used, found)
+                   if (k in rising and w < 0) or (k in falling and w > 0)]
+        if not against:
             weights = [0.0] * size
             for k, w in zip(used, found):
                 weights[k] = w
             return weights
-        used = [k for k in used if k not in falling]
+        used = [k for k in used if k not in against]
 
 
 def calibration_error(answers, bins=10):

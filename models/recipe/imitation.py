@@ -2,7 +2,7 @@
 
 Of many lengths, as many short ones as long ones by the logarithm; prose, marked-up text, program
 text with remarks, tables, lists of words and capitals; with English and digits among the lines; now
-and then with a line in another charset or a damaged byte. Rarer charsets come more often than in the
+and then with a line in another charset or a damaged byte; and some bytes that are no text at all. Rarer charsets come more often than in the
 world, so that something is learnt about them.
 """
 
@@ -12,7 +12,7 @@ import unicodedata
 
 from . import charsets, languages
 
-_SHORTEST, _LONGEST = 16, 65536
+_SHORTEST, _LONGEST = 2, 65536
 
 _LATIN = "windows-1252 ISO-8859-1 ISO-8859-15"
 _LATIN_OLD = "IBM850 IBM437 macintosh"
@@ -42,6 +42,12 @@ _WRITTEN_IN = (
 _WIDE = ("UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE")
 # Shares of the kinds of charset: UTF-8, UTF-16 and UTF-32, the web's and Unix's, other systems'.
 _KINDS, _SHARES = ("utf8", "wide", "usual", "other"), (0.15, 0.2, 0.45, 0.2)
+
+# Documents that are no text, and the bytes that they are made of: without most controls, which would
+# tell.
+_NO_TEXT = 0.04
+_BYTES = (range(32, 256), (*range(32, 127), *range(160, 256)), range(128, 256))
+NO_CHARSET = "US-ASCII"  # their label, which is wrong for all of them
 
 _STYLES, _STYLE_SHARES = (
     ("prose", "markup", "program", "table", "words", "capitals"), (0.5, 0.2, 0.12, 0.08, 0.07, 0.03))
@@ -153,18 +159,24 @@ class Imitator:
             return data[:at] + bytes([rand.randrange(256)]) + data[at + 1:]
         return data
 
+    def _no_text(self, size):
+        data = bytes(self._random.choices(self._random.choice(_BYTES), k=size))
+        return None if data.isascii() else (data, NO_CHARSET, "")
+
     def make(self):
         """A document: bytes, charset, language. None when this try gave none."""
         rand = self._random
         text = rand.choice(self._names)
         charset = self._charset(text)
         size = int(math.exp(rand.uniform(math.log(_SHORTEST), math.log(_LONGEST))))
+        if rand.random() < _NO_TEXT:
+            return self._no_text(size)
         encoder = self._encoder(text, charset)
         width = 4 if charset.startswith("UTF-32") else 2 if charset.startswith("UTF-16") else 1
         lines = self._lines(text, encoder, size // width + 40)
         content = rand.choice(("\n", "\n", "\n", "\r\n", " ")).join(lines)
         # A piece that begins within a line, as what is cut out of a document does.
-        content = content[rand.randrange(40) if rand.random() < 0.5 else 0:][:max(size // width, 8)]
+        content = content[rand.randrange(40) if rand.random() < 0.5 else 0:][:max(size // width, 2)]
         if content.isascii() and rand.random() < 0.9:
             return None
         data = encoder.encode(content)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <random>
 
 #include "lib/accuracy/manifest.h"
 #include "lib/accuracy/tally.h"
@@ -54,6 +55,24 @@ TEST_P(Calibration, ProbabilitiesComeTrue) {
   EXPECT_LE(tally.calibration_error(), kMostError);
   // Nothing but doubt would be true as well; what answers say must tell them apart.
   EXPECT_GT(tally.bins().back().answers, tally.all().documents * 3 / 4);
+}
+
+TEST(CalibrationOfNoText, BytesAtRandomAreNeverConfidentText) {
+  Detector detector(builtin_models());
+  std::mt19937 random(7);
+  for (const size_t length : {16U, 64U, 256U, 1024U, 4096U, 65536U}) {
+    for (int round = 0; round < 5; ++round) {
+      std::string bytes;
+      // Without controls, which would tell.
+      while (bytes.size() < length) bytes.push_back(static_cast<char>(32 + random() % 224));
+      detector.reset();
+      detector.feed(bytes);
+      const Decision& decision = detector.finish();
+      if (decision.candidates.empty()) continue;
+      EXPECT_LT(decision.candidates.front().probability, 0.5)
+          << length << ' ' << kCharsets[decision.candidates.front().charset].iana;
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Evaluation, Calibration,

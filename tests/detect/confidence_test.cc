@@ -28,6 +28,18 @@ TEST(Confidence, NeverFallsWhenTheNextAnswerIsFartherOff) {
   }
 }
 
+TEST(Confidence, NeverRisesWhenTheBestModelFitsWorse) {
+  for (const Ground ground : kEvery) {
+    double charset = 1;
+    for (double misfit = 0; misfit < 20; misfit += 0.5) {
+      Grounds g = grounds(ground, 100, 300);
+      g.misfit = misfit;
+      EXPECT_LE(charset_confidence(g), charset) << static_cast<int>(ground) << ' ' << misfit;
+      charset = charset_confidence(g);
+    }
+  }
+}
+
 TEST(Confidence, StaysBetweenNoneAndCertainty) {
   for (const Ground ground : kEvery) {
     for (const double margin : {0.0, 1.0, 1e6}) {
