@@ -21,7 +21,7 @@ SINGLE = {  # IANA name: Python codec, or iconv:NAME
     'IBM858': 'cp858',
     'macintosh': 'mac_roman', 'x-mac-cyrillic': 'mac_cyrillic', 'x-mac-ce': 'mac_latin2',
     'x-mac-greek': 'mac_greek', 'x-mac-turkish': 'mac_turkish', 'x-mac-iceland': 'mac_iceland',
-    'VISCII': 'iconv:VISCII', 'TIS-620': 'tis_620', 'PTCP154': 'ptcp154', 'KZ-1048': 'kz1048',
+    'VISCII': 'iconv:VISCII', 'TIS-620': 'iconv:TIS-620', 'PTCP154': 'ptcp154', 'KZ-1048': 'kz1048',
     'hp-roman8': 'hp_roman8', 'TCVN': 'iconv:TCVN', 'BALTIC': 'iconv:BALTIC', 'ISO-IR-111': 'iconv:ECMA-CYRILLIC',
     'ARMSCII-8': 'iconv:ARMSCII-8', 'GEORGIAN-ACADEMY': 'iconv:GEORGIAN-ACADEMY',
     'GEORGIAN-PS': 'iconv:GEORGIAN-PS', 'US-ASCII': 'ascii',

@@ -24,6 +24,7 @@ struct DetectOptions {
   std::vector<std::string> charsets;   // answer only these, empty for any
   std::vector<std::string> languages;  // likewise
   std::vector<std::string> excluded;   // charsets never to be answered
+  std::string names;                   // whose charset names to give: iana, iconv, python or web
   std::vector<std::string> files;      // "-" is standard input
 };
 int run_detect(const DetectOptions& options);

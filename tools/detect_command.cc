@@ -36,6 +36,7 @@ bool open_modern(const DetectOptions& options, ModernDetector* detector) {
   modern.charsets = options.charsets;
   modern.languages = options.languages;
   modern.excluded = options.excluded;
+  modern.names = options.names;
   return detector->open(modern);
 }
 
@@ -70,7 +71,9 @@ int print_list(const DetectOptions& options) {
   ModernDetector detector;
   if (!open_modern(options, &detector)) return kExitError;
   printf("charsets:");
-  for (int i = 0; i < orva_nb_charsets(); ++i) printf(" %s", orva_charset(i));
+  for (int i = 0; i < orva_nb_charsets(); ++i) {
+    printf(" %s", or_dash(name_in_scheme(orva_charset(i), options.names)).c_str());
+  }
   printf("\nlanguages:");
   for (int i = 0; i < orva_nb_languages(detector.models()); ++i) {
     printf(" %s", orva_language(detector.models(), i));
@@ -95,7 +98,9 @@ int run_detect(const DetectOptions& options) {
     ClassicDetector detector;
     if (!open_classic(options, &detector)) return kExitError;
     return detect_all(names, options, [&](const auto& name, auto* detection, auto* error) {
-      return detector.detect(name, options.block, detection, error);
+      const bool read = detector.detect(name, options.block, detection, error);
+      detection->charset = name_in_scheme(detection->charset.c_str(), options.names);
+      return read;
     });
   }
   ModernDetector detector;

@@ -32,7 +32,7 @@ Json candidates_json(const Detection& detection) {
   Json list = Json::array();
   for (const RankedReading& reading : detection.candidates) {
     Json object;
-    object["charset"] = reading.charset;
+    object["charset"] = text_or_null(reading.charset);
     object["language"] = text_or_null(reading.language);
     object["probability"] = reading.probability;
     object["cost"] = reading.cost;
@@ -110,7 +110,7 @@ std::string detection_json(const std::string& path, const Detection& detection) 
   object["path"] = path;
   if (!is_utf8(path)) object["path_bytes"] = hex_of(path);
   const bool won = detection.answered;
-  object["charset"] = won ? Json(detection.charset) : Json();
+  object["charset"] = text_or_null(detection.charset);
   object["language"] = text_or_null(detection.language);
   object["model"] = text_or_null(detection.model);
   object["confidence"] = won ? Json(detection.confidence) : Json();

@@ -28,6 +28,14 @@ const char* kind_name(OrvaKind kind) {
   return "text";
 }
 
+const struct {
+  const char* name;
+  OrvaNames names;
+} kSchemes[] = {{"iana", ORVA_NAMES_IANA},
+                {"iconv", ORVA_NAMES_ICONV},
+                {"python", ORVA_NAMES_PYTHON},
+                {"web", ORVA_NAMES_WEB}};
+
 std::string text_of(const char* s) { return s == nullptr ? "" : s; }
 
 }  // namespace
@@ -36,6 +44,13 @@ std::string named_models(const std::string& given) {
   if (!given.empty()) return given;
   const char* named = getenv("ORVA_MODELS");
   return named == nullptr ? "" : named;
+}
+
+std::string name_in_scheme(const char* charset, const std::string& scheme) {
+  for (const auto& known : kSchemes) {
+    if (scheme == known.name) return text_of(orva_charset_name(charset, known.names));
+  }
+  return text_of(charset);
 }
 
 ModernDetector::~ModernDetector() {
@@ -60,6 +75,7 @@ bool ModernDetector::open(const ModernOptions& options) {
       return false;
     }
   }
+  names_ = options.names;
   detector_ = orva_new(models_);
   if (detector_ == nullptr) {
     report_error("detect", "out of memory");
@@ -83,10 +99,19 @@ bool ModernDetector::restrict_answers(const ModernOptions& options) {
     const std::vector<const char*> names = pointers(rule.names);
     const int result = rule.restrict(detector_, names.data(), static_cast<int>(names.size()));
     if (result >= 0) continue;
-    report_error(rule.option, orva_error_text(result));
+    std::string what = orva_error_text(result);
+    for (const std::string& name : rule.names) {
+      const char* const one = name.c_str();
+      if (rule.restrict(detector_, &one, 1) == result) what += ": \"" + name + "\"";
+    }
+    report_error(rule.option, what);
     return false;
   }
   return true;
+}
+
+std::string ModernDetector::name_of(const char* charset) const {
+  return names_.empty() ? text_of(charset) : name_in_scheme(charset, names_);
 }
 
 bool ModernDetector::detect(const std::string& name, Detection* detection, std::string* error) {
@@ -113,7 +138,7 @@ bool ModernDetector::finish(int fed, Detection* detection, std::string* error) {
     return false;
   }
   detection->answered = result.charset != nullptr;
-  detection->charset = text_of(result.charset);
+  detection->charset = name_of(result.charset);
   detection->language = text_of(result.language);
   detection->confidence = result.probability;
   detection->bytes = result.bytes_read;
@@ -122,7 +147,7 @@ bool ModernDetector::finish(int fed, Detection* detection, std::string* error) {
   for (int i = 0; i < result.nb_candidates; ++i) {
     OrvaCandidate candidate;
     if (orva_candidate(detector_, i, &candidate) < 0) break;
-    detection->candidates.push_back({text_of(candidate.charset), text_of(candidate.language),
+    detection->candidates.push_back({name_of(candidate.charset), text_of(candidate.language),
                                      candidate.probability, candidate.cost});
   }
   if (!detection->candidates.empty() && result.bytes_read > 0) {

@@ -11,12 +11,17 @@
 
 namespace orva {
 
+// What "iana", "iconv", "python" or "web" call a charset, empty where it lacks it; the charset
+// as it stands for an empty scheme.
+std::string name_in_scheme(const char* charset, const std::string& scheme);
+
 struct ModernOptions {
   std::string models;                 // folder of Model.grp and Model.stc; empty: the built-in ones
   bool all = false;                   // read whole documents instead of their beginning
   std::vector<std::string> charsets;  // answer only these; empty for any
   std::vector<std::string> languages;  // likewise
   std::vector<std::string> excluded;   // charsets never to be answered
+  std::string names;                   // whose charset names to give: see name_in_scheme
 };
 
 // The folder that --models or ORVA_MODELS names; empty for the built-in models.
@@ -40,12 +45,14 @@ class ModernDetector {
   const OrvaModels* models() const { return models_; }
 
  private:
+  std::string name_of(const char* charset) const;
   bool restrict_answers(const ModernOptions& options);
   // Takes the answer; `fed` is what feeding came to.
   bool finish(int fed, Detection* detection, std::string* error);
 
   OrvaModels* models_ = nullptr;
   OrvaDetector* detector_ = nullptr;
+  std::string names_;
 };
 
 }  // namespace orva

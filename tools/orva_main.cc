@@ -26,6 +26,8 @@ void add_detect(CLI::App* app, orva::DetectOptions* options) {
   command->add_option("--not", options->excluded, "Never answer these charsets (A,B,...)")
       ->delimiter(',')
       ->allow_extra_args(false);
+  command->add_option("--names", options->names, "Name charsets as these readers do")
+      ->check(CLI::IsMember({"iana", "iconv", "python", "web"}));
   command->add_flag("--list", options->list, "Print the known charsets and languages");
   command->add_option("FILE", options->files, "Documents; - is standard input");
 }

@@ -29,6 +29,7 @@ enum CharsetFlags : uint32_t {
   kWindows = 1U << 10,
   kMarkupSafe = 1U << 11,  // "<" and ">" are never part of another character
   kUnicode = 1U << 12,
+  kPart = 1U << 13,  // part of another one, and answered only where a caller lists it
 };
 
 // What a program that reads the answer calls the charset.
@@ -50,6 +51,9 @@ extern const int kCharsetCount;
 
 // Looks a charset up by any of its names, whatever their case and punctuation; null when unknown.
 const Charset* find_charset(std::string_view name);
+
+// What names both byte orders of UTF-16 or UTF-32, with its names; null for any other name.
+const Charset* find_family(std::string_view name);
 
 // The position of a charset in kCharsets.
 int charset_index(const Charset* charset);

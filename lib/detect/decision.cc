@@ -138,6 +138,7 @@ Decision Decider::decide(const Evidence& evidence, std::string_view sample,
   }
   if (decide_ascii(task, &decision) || decide_utf8(task, &decision)) return decision;
   decide_by_cost(task, &decision);
+  if (decision.candidates.empty() && decide_escapeless(task, &decision)) return decision;
   if (decision.candidates.empty() && evidence.count(0) != 0) decision.kind = DocumentKind::kBinary;
   return decision;
 }
@@ -195,6 +196,22 @@ bool Decider::decide_ascii(const Task& task, Decision* decision) {
   settle(task, find_charset_index("US-ASCII"), task.sample, Ground::kAscii, decision);
   if (!holds_letters(evidence)) decision->candidates.back().language = -1;
   return true;
+}
+
+// ASCII is text of the 7-bit charsets, too, for who wants one of those alone.
+bool Decider::decide_escapeless(const Task& task, Decision* decision) {
+  const Evidence& evidence = task.evidence;
+  if (evidence.high() != 0 || evidence.count(0) != 0) return false;
+  for (const char shift : {'\x0E', '\x0F', '\x1B'}) {
+    if (evidence.count(static_cast<unsigned char>(shift)) != 0) return false;
+  }
+  for (int c = 0; c < kCharsetCount; ++c) {
+    if ((kCharsets[c].flags & kSevenBit) == 0 || !task.restrictions.allows_charset(c)) continue;
+    if (evidence.count('~') != 0 && std::string_view(kCharsets[c].iana) == "HZ-GB-2312") continue;
+    settle(task, c, task.sample, Ground::kAscii, decision);
+    return true;
+  }
+  return false;
 }
 
 bool Decider::decide_utf8(const Task& task, Decision* decision) {

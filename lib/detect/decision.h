@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/charset_table.h"
 #include "lib/detect/confidence.h"
 #include "lib/detect/evidence.h"
 #include "lib/detect/pricing.h"
@@ -40,7 +41,8 @@ struct Restrictions {
   std::vector<char> languages;  // by index in the tables' languages
 
   bool allows_charset(int charset) const {
-    return charsets.empty() || charsets[static_cast<size_t>(charset)] != 0;
+    if (charsets.empty()) return (kCharsets[charset].flags & kPart) == 0;
+    return charsets[static_cast<size_t>(charset)] != 0;
   }
   bool allows_language(size_t language) const {
     return languages.empty() || languages[language] != 0;
@@ -60,6 +62,7 @@ class Decider {
   bool decide_by_mark(const Task& task, Decision* decision);
   bool decide_by_escapes(const Task& task, Decision* decision);
   bool decide_ascii(const Task& task, Decision* decision);
+  bool decide_escapeless(const Task& task, Decision* decision);
   bool decide_utf8(const Task& task, Decision* decision);
   void decide_by_cost(const Task& task, Decision* decision);
   // Adds the only candidate: `charset`, with the best language of `text`, which is UTF-8.

@@ -3,10 +3,21 @@
 #include <algorithm>
 #include <utility>
 
+#include "lib/detect/charset_table.h"
+
 namespace orva {
 
 Detector::Detector(std::shared_ptr<const ModelTables> tables)
     : tables_(std::move(tables)), scorer_(*tables_), decider_(*tables_, &scorer_) {}
+
+void Detector::restrict(Restrictions restrictions) {
+  bool parts = false;
+  for (int c = 0; c < kCharsetCount; ++c) {
+    parts = parts || ((kCharsets[c].flags & kPart) != 0 && restrictions.allows_charset(c));
+  }
+  restrictions_ = std::move(restrictions);
+  evidence_.watch_parts(parts);
+}
 
 void Detector::reset() {
   evidence_.reset();

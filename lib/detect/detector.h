@@ -31,7 +31,8 @@ class Detector {
   Detector& operator=(const Detector&) = delete;
 
   const ModelTables& tables() const { return *tables_; }
-  Restrictions& restrictions() { return restrictions_; }
+  // What answers to give from the next document on.
+  void restrict(Restrictions restrictions);
   // kNoLimit reads everything.
   void set_limit(uint64_t bytes) { limit_ = bytes; }
 

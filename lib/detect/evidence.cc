@@ -70,7 +70,11 @@ Evidence::Evidence() {
   }
 }
 
-void Evidence::reset() { *this = Evidence(); }
+void Evidence::reset() {
+  const bool watch = watch_parts_;
+  *this = Evidence();
+  watch_parts_ = watch;
+}
 
 void Evidence::feed(std::string_view bytes) {
   if (head_.size() < kHeadSize) head_.append(bytes.substr(0, kHeadSize - head_.size()));
@@ -79,6 +83,7 @@ void Evidence::feed(std::string_view bytes) {
   for (MultiByteCheck& check : multi_byte_) check.feed(bytes);
   for (UnicodeCheck& check : unicode_) check.feed(bytes);
   escapes_.feed(bytes);
+  if (watch_parts_) parts_.feed(bytes);
 }
 
 uint64_t Evidence::high() const {
@@ -123,9 +128,15 @@ bool Evidence::table_decodes(const uint16_t* table, bool with_controls) const {
   return true;
 }
 
+bool Evidence::part_decodes(int charset) const {
+  if (parts_.length() != length_ || !multi_byte(MultiByteKind::kGb18030).valid()) return false;
+  return charset == find_charset_index("GBK") ? parts_.is_gbk() : parts_.is_gb2312();
+}
+
 bool Evidence::decodes(int charset, bool with_controls) const {
   const uint16_t* table = single_byte_table(charset);
   if (table != nullptr) return table_decodes(table, with_controls);
+  if ((kCharsets[charset].flags & kPart) != 0) return part_decodes(charset);
   const char* name = kCharsets[charset].iana;
   for (const MultiByteCheck& check : multi_byte_) {
     if (strcmp(multi_byte_name(check.kind()), name) == 0) return check.valid();

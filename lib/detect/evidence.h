@@ -17,6 +17,7 @@
 
 #include "lib/detect/escape_check.h"
 #include "lib/detect/multi_byte_check.h"
+#include "lib/detect/subset_check.h"
 #include "lib/detect/unicode_check.h"
 
 namespace orva {
@@ -27,6 +28,8 @@ class Evidence {
 
   void reset();
   void feed(std::string_view bytes);
+  // Tells parts of a charset from the whole, too, from the start of the next document on.
+  void watch_parts(bool watch) { watch_parts_ = watch; }
 
   uint64_t length() const { return length_; }
   uint64_t count(unsigned char byte) const { return counts_[byte]; }
@@ -52,6 +55,7 @@ class Evidence {
   bool decodes(int charset, bool with_controls) const;
 
  private:
+  bool part_decodes(int charset) const;
   bool table_decodes(const uint16_t* table, bool with_controls) const;
 
   uint64_t length_ = 0;
@@ -60,6 +64,8 @@ class Evidence {
   std::vector<MultiByteCheck> multi_byte_;
   std::vector<UnicodeCheck> unicode_;
   EscapeCheck escapes_;
+  bool watch_parts_ = false;
+  SubsetCheck parts_;
 };
 
 }  // namespace orva

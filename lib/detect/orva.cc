@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "lib/detect/asked_names.h"
 #include "lib/detect/builtin_models.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/detector.h"
@@ -22,9 +23,9 @@ struct OrvaDetector {
 
   orva::Detector detector;
   const orva::Decision* decision = nullptr;
-  std::vector<char> allowed_charsets;  // empty: all
-  std::vector<char> denied_charsets;
-  std::vector<char> allowed_languages;
+  orva::AskedNames allowed_charsets;  // empty: all
+  orva::AskedNames denied_charsets;
+  std::vector<char> allowed_languages;  // likewise
   std::vector<char> denied_languages;
 };
 
@@ -49,69 +50,69 @@ char* copy_text(const std::string& text) {
 }
 
 // What the two lists let through; empty when they say nothing.
-std::vector<char> combined(const std::vector<char>& allowed, const std::vector<char>& denied,
-                           size_t size) {
-  if (allowed.empty() && denied.empty()) return {};
-  std::vector<char> out(size, 1);
-  for (size_t i = 0; i < size; ++i) {
-    if ((!allowed.empty() && allowed[i] == 0) || (!denied.empty() && denied[i] != 0)) out[i] = 0;
-  }
-  return out;
-}
-
 void apply_restrictions(OrvaDetector* d) {
-  orva::Restrictions& r = d->detector.restrictions();
-  r.charsets =
-      combined(d->allowed_charsets, d->denied_charsets, static_cast<size_t>(orva::kCharsetCount));
-  r.languages =
-      combined(d->allowed_languages, d->denied_languages, d->detector.tables().languages().size());
-}
-
-int language_index(const OrvaDetector* d, const char* name) {
-  const auto& languages = d->detector.tables().languages();
-  for (size_t i = 0; i < languages.size(); ++i) {
-    if (languages[i] == name) return static_cast<int>(i);
+  orva::Restrictions r;
+  if (!d->allowed_charsets.empty() || !d->denied_charsets.empty()) {
+    const orva::Restrictions any;
+    for (int c = 0; c < orva::kCharsetCount; ++c) {
+      const bool allowed =
+          d->allowed_charsets.empty() ? any.allows_charset(c) : d->allowed_charsets.holds(c);
+      r.charsets.push_back(allowed && !d->denied_charsets.holds(c) ? 1 : 0);
+    }
   }
-  return -1;
+  if (!d->allowed_languages.empty() || !d->denied_languages.empty()) {
+    for (size_t l = 0; l < d->detector.tables().languages().size(); ++l) {
+      const bool allowed = d->allowed_languages.empty() || d->allowed_languages[l] != 0;
+      const bool denied = !d->denied_languages.empty() && d->denied_languages[l] != 0;
+      r.languages.push_back(allowed && !denied ? 1 : 0);
+    }
+  }
+  d->detector.restrict(std::move(r));
 }
 
-// Marks the named items; leaves `marks` alone when one is unknown.
-template <typename Find>
-int mark_named(const char* const* names, int count, size_t size, int unknown, Find find,
-               std::vector<char>* marks) {
-  if (count < 0 || (count > 0 && names == nullptr)) return ORVA_BAD_ARGUMENT;
-  std::vector<char> fresh(count == 0 ? 0 : size, 0);
+// A caller's list; false when it is none.
+bool take_names(const char* const* names, int count, std::vector<std::string_view>* out) {
+  if (count < 0 || (count > 0 && names == nullptr)) return false;
   for (int i = 0; i < count; ++i) {
-    if (names[i] == nullptr) return ORVA_BAD_ARGUMENT;
-    const int index = find(names[i]);
-    if (index < 0) return unknown;
-    fresh[static_cast<size_t>(index)] = 1;
+    if (names[i] == nullptr) return false;
+    out->emplace_back(names[i]);
   }
-  *marks = std::move(fresh);
-  return ORVA_OK;
+  return true;
 }
 
-int set_charsets(OrvaDetector* d, const char* const* names, int count, std::vector<char>* marks) {
+int set_charsets(OrvaDetector* d, const char* const* names, int count, orva::AskedNames* list) {
   return guarded([&] {
-    const int result = mark_named(
-        names, count, static_cast<size_t>(orva::kCharsetCount), ORVA_UNKNOWN_CHARSET,
-        [](const char* name) { return orva::find_charset_index(name); }, marks);
+    std::vector<std::string_view> wanted;
+    if (!take_names(names, count, &wanted)) return ORVA_BAD_ARGUMENT;
+    if (!list->set(wanted)) return ORVA_UNKNOWN_CHARSET;
     apply_restrictions(d);
-    return result;
+    return ORVA_OK;
   });
 }
 
 int set_languages(OrvaDetector* d, const char* const* names, int count, std::vector<char>* marks) {
   return guarded([&] {
-    const int result = mark_named(
-        names, count, d->detector.tables().languages().size(), ORVA_UNKNOWN_LANGUAGE,
-        [d](const char* name) { return language_index(d, name); }, marks);
+    std::vector<std::string_view> wanted;
+    if (!take_names(names, count, &wanted)) return ORVA_BAD_ARGUMENT;
+    const auto& languages = d->detector.tables().languages();
+    std::vector<char> fresh(wanted.empty() ? 0 : languages.size(), 0);
+    for (const std::string_view name : wanted) {
+      const int index = orva::find_language(languages, name);
+      if (index < 0) return ORVA_UNKNOWN_LANGUAGE;
+      fresh[static_cast<size_t>(index)] = 1;
+    }
+    *marks = std::move(fresh);
     apply_restrictions(d);
-    return result;
+    return ORVA_OK;
   });
 }
 
-const char* charset_text(int index) { return index < 0 ? nullptr : orva::kCharsets[index].iana; }
+// The name of a charset as the caller's list has it, else the registered one.
+const char* charset_text(const OrvaDetector* d, int index) {
+  if (index < 0) return nullptr;
+  const char* asked = d->allowed_charsets.spelling(index, d->decision->has_mark);
+  return asked != nullptr ? asked : orva::kCharsets[index].iana;
+}
 
 const char* language_text(const OrvaDetector* d, int index) {
   if (index < 0) return nullptr;
@@ -132,7 +133,7 @@ void fill_result(const OrvaDetector* d, OrvaResult* result) {
   result->nb_candidates = static_cast<int>(decision.candidates.size());
   if (decision.candidates.empty()) return;
   const orva::Candidate& best = decision.candidates.front();
-  result->charset = charset_text(best.charset);
+  result->charset = charset_text(d, best.charset);
   result->language = language_text(d, best.language);
   result->probability = best.probability;
   result->language_probability = best.language < 0 ? 0 : best.language_probability;
@@ -283,7 +284,7 @@ int orva_candidate(const OrvaDetector* detector, int index, OrvaCandidate* candi
   const auto& all = detector->decision->candidates;
   if (static_cast<size_t>(index) >= all.size()) return ORVA_BAD_ARGUMENT;
   const orva::Candidate& c = all[static_cast<size_t>(index)];
-  *candidate = OrvaCandidate{charset_text(c.charset), language_text(detector, c.language),
+  *candidate = OrvaCandidate{charset_text(detector, c.charset), language_text(detector, c.language),
                              c.probability, c.cost};
   return ORVA_OK;
 }
@@ -291,11 +292,12 @@ int orva_candidate(const OrvaDetector* detector, int index, OrvaCandidate* candi
 int orva_nb_charsets(void) { return orva::kCharsetCount; }
 
 const char* orva_charset(int index) {
-  return index < 0 || index >= orva::kCharsetCount ? nullptr : charset_text(index);
+  return index < 0 || index >= orva::kCharsetCount ? nullptr : orva::kCharsets[index].iana;
 }
 
 const char* orva_charset_name(const char* name, OrvaNames names) {
   const orva::Charset* charset = name == nullptr ? nullptr : orva::find_charset(name);
+  if (charset == nullptr && name != nullptr) charset = orva::find_family(name);
   if (charset == nullptr) return nullptr;
   switch (names) {
     case ORVA_NAMES_IANA:

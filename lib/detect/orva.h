@@ -13,8 +13,8 @@
  *     threads, and live until the last of them and their opener have let go.
  *  2. Calls return ORVA_OK (0), a positive note, or a negative OrvaError; orva_error_text words it.
  *  3. The answer does not depend on how a document was cut into pieces.
- *  4. A charset is never named that cannot decode the bytes that were read; `bytes_read` says how many
- *     they were. A character cut at their end does not count against a charset.
+ *  4. A charset is never named that cannot decode the bytes that were read; `bytes_read` says how
+ * many they were. A character cut at their end does not count against a charset.
  *  5. Strings in results belong to the library and stay valid as long as the detector.
  *  6. Nothing is printed, no exception leaves these functions, and the documents' size does not
  *     decide how much memory is used.
@@ -36,13 +36,13 @@ typedef struct OrvaDetector OrvaDetector;
 
 typedef enum OrvaError {
   ORVA_OK = 0,
-  ORVA_ENOUGH = 1,             /* the limit is reached; feeding more changes nothing */
-  ORVA_BAD_ARGUMENT = -1,      /* a null pointer, or an index or a number out of range */
+  ORVA_ENOUGH = 1,        /* the limit is reached; feeding more changes nothing */
+  ORVA_BAD_ARGUMENT = -1, /* a null pointer, or an index or a number out of range */
   ORVA_NO_MEMORY = -2,
-  ORVA_UNKNOWN_CHARSET = -3,   /* a name that the charset table lacks */
-  ORVA_UNKNOWN_LANGUAGE = -4,  /* a language that no model is for */
-  ORVA_BAD_MODELS = -5,        /* the model files cannot be read */
-  ORVA_NOT_FINISHED = -6       /* there is no answer yet */
+  ORVA_UNKNOWN_CHARSET = -3,  /* a name that the charset table lacks */
+  ORVA_UNKNOWN_LANGUAGE = -4, /* a language that no model is for */
+  ORVA_BAD_MODELS = -5,       /* the model files cannot be read */
+  ORVA_NOT_FINISHED = -6      /* there is no answer yet */
 } OrvaError;
 
 typedef enum OrvaKind { ORVA_KIND_EMPTY = 0, ORVA_KIND_TEXT = 1, ORVA_KIND_BINARY = 2 } OrvaKind;
@@ -81,8 +81,8 @@ ORVA_API const char* orva_version(void);
 /* Words for a result code. */
 ORVA_API const char* orva_error_text(int code);
 
-/* Opens models from a group file and its table of charset names. Null on failure; then `*error`, when
- * it is not null, receives a text to be given to orva_free_text. */
+/* Opens models from a group file and its table of charset names. Null on failure; then `*error`,
+ * when it is not null, receives a text to be given to orva_free_text. */
 ORVA_API OrvaModels* orva_open_models(const char* group_path, const char* names_path, char** error);
 ORVA_API void orva_close_models(OrvaModels* models);
 ORVA_API void orva_free_text(char* text);
@@ -98,7 +98,10 @@ ORVA_API void orva_free(OrvaDetector* detector);
 
 /* Bytes to read of each document; 0 reads everything. */
 ORVA_API int orva_set_limit(OrvaDetector* detector, uint64_t bytes);
-/* Restrict the answer. A list replaces an earlier one of its kind; `count` 0 lifts it. */
+/* Restrict the answer to later documents. A list replaces an earlier one of its kind; `count` 0
+ * lifts it, and one with an unknown name changes nothing. Charsets go by any of their names,
+ * "UTF-16" and "UTF-32" for both byte orders; an allowed one is then called in results what the
+ * list calls it. Languages go by two letters, whatever follows a "-" or "_". */
 ORVA_API int orva_allow_charsets(OrvaDetector* detector, const char* const* names, int count);
 ORVA_API int orva_deny_charsets(OrvaDetector* detector, const char* const* names, int count);
 ORVA_API int orva_allow_languages(OrvaDetector* detector, const char* const* names, int count);

@@ -26,11 +26,11 @@ constexpr Prior kPriors[] = {
     {"ISO-8859-13", 2},    {"ISO-8859-4", 3},   {"ISO-8859-3", 3.5},   {"ISO-8859-10", 4.5},
     {"ISO-8859-14", 5},    {"ISO-8859-16", 4},  {"IBM866", 4},         {"IBM850", 6},
     {"IBM437", 6.2},       {"IBM852", 6},       {"macintosh", 6},      {"x-mac-cyrillic", 6},
-    {"Shift_JIS", 0.2},    {"EUC-JP", 0.2},     {"GB18030", 0},        {"Big5", 0.3},
-    {"EUC-KR", 0.3},       {"EUC-TW", 4},       {"Johab", 20},         {"VISCII", 5},
-    {"TCVN", 7},           {"hp-roman8", 14},   {"ISO-IR-111", 14},    {"BALTIC", 12},
-    {"KOI8-T", 10},        {"PTCP154", 6},      {"KZ-1048", 6},        {"IBM037", 8},
-    {"IBM500", 8.1},       {"x-mac-iceland", 8}};
+    {"Shift_JIS", 0.2},    {"EUC-JP", 0.2},     {"GB18030", 0},        {"GBK", 0.1},
+    {"GB2312", 0.05},      {"Big5", 0.3},       {"EUC-KR", 0.3},       {"EUC-TW", 4},
+    {"Johab", 20},         {"VISCII", 5},       {"TCVN", 7},           {"hp-roman8", 14},
+    {"ISO-IR-111", 14},    {"BALTIC", 12},      {"KOI8-T", 10},        {"PTCP154", 6},
+    {"KZ-1048", 6},        {"IBM037", 8},       {"IBM500", 8.1},       {"x-mac-iceland", 8}};
 
 constexpr double kDosPrior = 7;
 constexpr double kMacPrior = 7;

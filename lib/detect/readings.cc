@@ -33,6 +33,19 @@ std::vector<uint16_t> fingerprint(const Evidence& evidence, const uint16_t* tabl
   return print;
 }
 
+// Adds a charset that is part of GB18030 to the reading of the whole, through whose models it is
+// priced.
+void add_part(int charset, std::vector<Reading>* readings) {
+  const int whole = find_charset_index("GB18030");
+  auto at = std::find_if(readings->begin(), readings->end(),
+                         [whole](const Reading& reading) { return reading.holds(whole); });
+  if (at == readings->end()) {
+    at = readings->emplace(at);
+    at->charsets.push_back(whole);
+  }
+  at->charsets.push_back(charset);
+}
+
 }  // namespace
 
 bool Reading::holds(int charset) const {
@@ -46,6 +59,10 @@ std::vector<Reading> find_readings(const Evidence& evidence,
   std::map<std::vector<uint16_t>, size_t> by_print;
   for (int c = 0; c < kCharsetCount; ++c) {
     if (!allowed(c) || looks_unlike(evidence, c) || !evidence.decodes(c, with_controls)) continue;
+    if ((kCharsets[c].flags & kPart) != 0) {
+      add_part(c, &readings);
+      continue;
+    }
     const uint16_t* table = single_byte_table(c);
     size_t at = readings.size();
     if (table != nullptr) at = by_print.emplace(fingerprint(evidence, table), at).first->second;

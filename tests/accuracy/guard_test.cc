@@ -181,8 +181,10 @@ TEST(Guard, AllDocumentsTogether) {
 
 TEST(Guard, NoticesADetectorThatKnowsOneCharsetOnly) {
   Detector detector(builtin_models());
-  detector.restrictions().charsets.assign(static_cast<size_t>(kCharsetCount), 0);
-  detector.restrictions().charsets[static_cast<size_t>(find_charset_index("windows-1252"))] = 1;
+  Restrictions one;
+  one.charsets.assign(static_cast<size_t>(kCharsetCount), 0);
+  one.charsets[static_cast<size_t>(find_charset_index("windows-1252"))] = 1;
+  detector.restrict(one);
   Tally tally;
   for (const Group& group : kGroups) measure(group, &detector, &tally);
   EXPECT_LT(share(tally.all().same_text, tally.all().documents), 0.2);

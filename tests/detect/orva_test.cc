@@ -202,7 +202,7 @@ TEST_F(OrvaTest, ListsRestrictTheAnswer) {
   EXPECT_EQ(charset(bytes), "windows-1251");
   const char* const allowed[] = {"latin1", "cp1252"};
   ASSERT_EQ(orva_allow_charsets(detector_, allowed, 2), ORVA_OK);
-  EXPECT_TRUE(charset(bytes) == "ISO-8859-1" || charset(bytes) == "windows-1252");
+  EXPECT_TRUE(charset(bytes) == "latin1" || charset(bytes) == "cp1252");
   const char* const unknown[] = {"nonsense"};
   EXPECT_EQ(orva_allow_charsets(detector_, unknown, 1), ORVA_UNKNOWN_CHARSET);
   EXPECT_EQ(orva_allow_languages(detector_, unknown, 1), ORVA_UNKNOWN_LANGUAGE);

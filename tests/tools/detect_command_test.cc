@@ -82,7 +82,48 @@ TEST(DetectCommand, NamesOnlyWhatIsAllowed) {
   EXPECT_EQ(without.out.find(": KOI8-R"), std::string::npos) << without.out;
   const Ended unknown = run_orva({"detect", "--charsets", "no-such", text});
   EXPECT_EQ(unknown.status, 2);
-  EXPECT_NE(unknown.err.find("--charsets: unknown charset"), std::string::npos) << unknown.err;
+  EXPECT_NE(unknown.err.find("--charsets: unknown charset: \"no-such\""), std::string::npos);
+}
+
+TEST(DetectCommand, NamesTheUnknownOnesOfAList) {
+  const TempDir dir;
+  const std::string text = dir.file("t", kRussianKoi8);
+  const Ended charset = run_orva({"detect", "--not", "KOI8-R,no-such,latin1,nor-this", text});
+  EXPECT_EQ(charset.status, 2);
+  EXPECT_EQ(charset.err, "orva: --not: unknown charset: \"no-such\": \"nor-this\"\n");
+  const Ended language = run_orva({"detect", "--languages", "de,qq", text});
+  EXPECT_EQ(language.status, 2);
+  EXPECT_EQ(language.err, "orva: --languages: no model for this language: \"qq\"\n");
+}
+
+TEST(DetectCommand, GivesTheNamesThatAReaderKnows) {
+  const TempDir dir;
+  const std::string text = dir.file("t", kRussianKoi8);
+  const std::string chinese = dir.file("c", "\xD4\xE7\xC9\xCF\xCE\xD2\xC3\xC7\xC8\xA5\xBA\xD3");
+  const struct {
+    const char* scheme;
+    const char* russian;
+    const char* hz;
+  } cases[] = {{"iana", "KOI8-R", "HZ-GB-2312"},
+               {"iconv", "KOI8-R", "-"},
+               {"python", "koi8-r", "hz"},
+               {"web", "KOI8-R", "-"}};
+  const std::string hz = dir.file("hz", "~{TgIOIRCGH%:S~}\n");
+  for (const auto& c : cases) {
+    const Ended run = run_orva({"detect", "--names", c.scheme, text, hz});
+    EXPECT_EQ(run.out, text + ": " + c.russian + " ru\n" + hz + ": " + c.hz + " zh\n") << run.err;
+    EXPECT_EQ(run.status, 0);
+    const Ended list = run_orva({"detect", "--list", "--names", c.scheme});
+    EXPECT_NE(list.out.find(std::string(" ") + c.russian + " "), std::string::npos) << list.out;
+  }
+  const Ended asked = run_orva({"detect", "--charsets", "cp936", "--json", chinese});
+  EXPECT_NE(asked.out.find("\"charset\":\"cp936\""), std::string::npos) << asked.out;
+  const Ended none = run_orva({"detect", "--names", "iconv", "--json", hz});
+  EXPECT_NE(none.out.find("\"charset\":null,\"language\":\"zh\""), std::string::npos) << none.out;
+  EXPECT_EQ(run_orva({"detect", "--names", "other", text}).status, 2);
+  const Ended classic =
+      run_orva({"detect", "--classic", "--names", "python", "--models", models_dir(), text});
+  EXPECT_EQ(classic.out, text + ": koi8-r ru\n") << classic.err;
 }
 
 TEST(DetectCommand, BinaryDataHasNoCharset) {
