@@ -49,14 +49,20 @@ struct TrainOptions {
 int run_train(const TrainOptions& options);
 
 struct GroupOptions {
-  std::string output;
-  std::string facts;  // fact-set file, empty for none
-  std::string stc;    // charset names to write beside, empty for none
+  std::string output;  // group file; of change_group the folder of the pair
+  std::string facts;   // fact-set file, empty for none
+  std::string stc;     // charset names to write beside, empty for none
   bool verbose = false;
   bool force = false;  // write a group that exceeds a limit of the format
   std::vector<std::string> models;
+  bool changes = false;              // whether a compiled pair is to be changed
+  std::string base;                  // folder of the pair to change; empty: the usual places
+  std::vector<std::string> added;    // models to put beside those of the pair
+  std::vector<std::string> dropped;  // names of models to leave out
 };
 int run_group(const GroupOptions& options);
+// Makes a new pair of a compiled one.
+int change_group(const GroupOptions& options);
 
 struct ExportOptions {
   std::string group;

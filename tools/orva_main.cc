@@ -73,14 +73,31 @@ void add_train(CLI::App* app, orva::TrainOptions* options) {
 }
 
 void add_group(CLI::App* app, orva::GroupOptions* options) {
-  CLI::App* command = app->add_subcommand("group", "Compile models into a group");
-  command->add_option("--output,-o", options->output, "Group file to write")->required();
+  CLI::App* command = app->add_subcommand(
+      "group", "Compile models into a group, or change a compiled group (--add, --drop)");
+  command->add_option("--output,-o", options->output, "Group file to write, folder when changing")
+      ->required();
   command->add_option("--facts", options->facts, "File of the sets of models that share values");
   command->add_option("--stc", options->stc, "Table of charset names to write (Model.stc)");
   command->add_flag("-v,--verbose", options->verbose, "Print the statistics of the build");
   command->add_flag("--force", options->force, "Write a group that exceeds a limit of the format");
-  command->add_option("MODEL", options->models, "Models, named by language and charset")
-      ->required();
+  CLI::Option* models =
+      command->add_option("MODEL", options->models, "Models, named by language and charset");
+  CLI::Option* base = command->add_option("--models", options->base,
+                                          "Folder of the group to change; the shipped one if none");
+  CLI::Option* add =
+      command->add_option("--add", options->added, "Put this model beside the others")
+          ->allow_extra_args(false);
+  CLI::Option* drop = command->add_option("--drop", options->dropped, "Leave out this model")
+                          ->allow_extra_args(false);
+  for (CLI::Option* change : {base, add, drop}) {
+    for (const char* other : {"MODEL", "--facts", "--stc"})
+      change->excludes(command->get_option(other));
+  }
+  command->callback([=] {
+    options->changes = base->count() + add->count() + drop->count() > 0;
+    if (!options->changes && models->count() == 0) throw CLI::RequiredError("MODEL");
+  });
 }
 
 void add_export(CLI::App* app, orva::ExportOptions* options) {
@@ -144,7 +161,9 @@ int main(int argc, char** argv) {
   }
   if (app.got_subcommand("score")) return orva::run_score(score);
   if (app.got_subcommand("train")) return orva::run_train(train);
-  if (app.got_subcommand("group")) return orva::run_group(group);
+  if (app.got_subcommand("group")) {
+    return group.changes ? orva::change_group(group) : orva::run_group(group);
+  }
   if (app.got_subcommand("export")) return orva::run_export(exported);
   if (app.got_subcommand("eval")) return orva::run_eval(eval);
   return orva::run_info(info);

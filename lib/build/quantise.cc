@@ -1,5 +1,7 @@
 // Quantisation and factorisation of the build data.
 
+#include "lib/build/quantise.h"
+
 #include <cstdio>
 
 #include "lib/build/lid_mg_build_data.h"
@@ -14,15 +16,6 @@ constexpr char kMsgFactVals[] = "FactVals:\n";
 constexpr char kMsgFact[] = "  F %2d :  Factd %4d  (sauve %d)\n";
 constexpr char kMsgFactOk[] = "FactOK.\n";
 
-// The added 1 keeps the largest cost below code 256, unless the costs range over 511 or more.
-float step_of(float lpmin, float lpmax) { return static_cast<float>((1.0L + lpmax - lpmin) / 256); }
-
-// Kept: codes are taken modulo 256, so the largest costs of a very wide model wrap to 0.
-unsigned char quantised(float cost, float lpmin, float grad) {
-  const long double steps = (static_cast<long double>(cost) - lpmin) / grad + 0.5L;
-  return static_cast<unsigned char>(static_cast<unsigned>(static_cast<int>(steps)));
-}
-
 int quantise_table(TCExpndTable<LidMgbdWord>& table, int nb, const LidMgbdModel* models,
                    float LidMgbdModel::*lpmin, float LidMgbdModel::*grad) {
   for (int i = 0; i < nb; ++i) {
@@ -32,7 +25,7 @@ int quantise_table(TCExpndTable<LidMgbdWord>& table, int nb, const LidMgbdModel*
     if (word.qvals == nullptr) return -1;
     for (int k = 0; k < word.nb; ++k) {
       const LidMgbdModel& model = models[word.vals[k].model];
-      word.qvals[k] = quantised(word.vals[k].cost, model.*lpmin, model.*grad);
+      word.qvals[k] = orva::quantised(word.vals[k].cost, model.*lpmin, model.*grad);
     }
   }
   return 0;
@@ -105,8 +98,8 @@ void report(const CLidMGFact& fact, const int* shared_counts, int before, int af
 int CLidMGBuildData::uch_lp_convert(const CLidMGFact* /*fact*/) {
   for (int m = 0; m < nb_models; ++m) {
     LidMgbdModel& model = models[m];
-    model.tri_grad = step_of(model.tri_lpmin, model.tri_lpmax);
-    model.uch_grad = step_of(model.uch_lpmin, model.uch_lpmax);
+    model.tri_grad = orva::step_of(model.tri_lpmin, model.tri_lpmax);
+    model.uch_grad = orva::step_of(model.uch_lpmin, model.uch_lpmax);
   }
   if (quantise_table(words, nb_words, models, &LidMgbdModel::tri_lpmin, &LidMgbdModel::tri_grad) !=
       0) {
