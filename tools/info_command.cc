@@ -1,10 +1,15 @@
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "lib/api/model_names.h"
+#include "lib/detect/builtin_models.h"
 #include "lib/mgroup/group_format.h"
 #include "tools/commands.h"
 #include "tools/documents.h"
 #include "tools/group_files.h"
+#include "tools/model_pair.h"
 #include "tools/report.h"
 #include "tools/v25a_file.h"
 
@@ -114,17 +119,73 @@ int print_names(const std::string& path) {
   return kExitOk;
 }
 
+std::string bytes_of_file(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// Ties the two files of a folder together, or tells that they do not belong together.
+int print_pair(const std::string& dir) {
+  const std::string group_path = dir + kGroupFile;
+  const std::string names_path = dir + kNamesFile;
+  CLidMGroup group;
+  std::vector<std::string> names;
+  std::string error = load_group(group_path, &group);
+  if (!error.empty()) {
+    report_error(group_path, error);
+    return kExitError;
+  }
+  if (!load_model_names(names_path, &names, &error)) {
+    report_error(names_path, error);
+    return kExitError;
+  }
+  error = pair_defect(group, names);
+  if (!error.empty()) {
+    report_error(names_path, error);
+    return kExitError;
+  }
+  printf("%s and %s: a pair of %d models, fingerprint %s\n", kGroupFile, kNamesFile,
+         group.nb_models,
+         pair_fingerprint(bytes_of_file(group_path), bytes_of_file(names_path)).c_str());
+  return kExitOk;
+}
+
+// The pair that a file is half of, where the other half stands beside it.
+int print_pair_of(const std::string& path) {
+  const std::string name = path.substr(path.rfind('/') + 1);
+  if (name != kGroupFile && name != kNamesFile) return kExitOk;
+  const std::string dir = path.substr(0, path.size() - name.size());
+  std::error_code error;
+  const char* other = name == kGroupFile ? kNamesFile : kGroupFile;
+  return std::filesystem::exists(dir + other, error) ? print_pair(dir) : kExitOk;
+}
+
+int print_builtin() {
+  const auto models = builtin_models();
+  if (models == nullptr) {
+    report_error("info", "this program has no built-in models; name a FILE");
+    return kExitError;
+  }
+  printf("built in: a pair of %d models, fingerprint %s\n", models->nb_models(),
+         pair_fingerprint(builtin_group(), builtin_names()).c_str());
+  return kExitOk;
+}
+
 }  // namespace
 
 int run_info(const InfoOptions& options) {
+  if (options.file.empty()) return print_builtin();
+  std::error_code ignored;
+  if (std::filesystem::is_directory(options.file, ignored)) return print_pair(options.file + "/");
   std::string error;
   if (!is_readable_file(options.file, &error)) {
     report_error(options.file, error);
     return kExitError;
   }
   const std::string start = first_bytes(options.file, sizeof kGroupPrefix - 1);
-  if (start == kGroupPrefix) return print_group(options.file);
-  return start.starts_with(kModelPrefix) ? print_model(options.file) : print_names(options.file);
+  if (start.starts_with(kModelPrefix)) return print_model(options.file);
+  const int printed = start == kGroupPrefix ? print_group(options.file) : print_names(options.file);
+  return printed == kExitOk ? print_pair_of(options.file) : printed;
 }
 
 }  // namespace orva

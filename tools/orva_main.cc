@@ -126,7 +126,8 @@ void add_eval(CLI::App* app, orva::EvalOptions* options) {
 
 void add_info(CLI::App* app, orva::InfoOptions* options) {
   CLI::App* command = app->add_subcommand("info", "Tell what a model file holds");
-  command->add_option("FILE", options->file, "Model group, Model.stc or trained model")->required();
+  command->add_option("FILE", options->file,
+                      "Model group, Model.stc, trained model, or a folder; none: built-in models");
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cinttypes>
+#include <cstdio>
+
+#include "tests/reference/tiny_group.h"
 #include "tests/support/temp_dir.h"
 #include "tests/tools/run_orva.h"
 
@@ -46,6 +50,72 @@ TEST(InfoCommand, SaysWhichRuleARefusedGroupBreaks) {
     const Ended run = run_orva({"info", dir.file("g", c.bytes)});
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(run.err.find(c.reason), std::string::npos) << run.err;
+  }
+}
+
+// For the three models of the tiny group, whose charsets no table has.
+const std::string kThreeNames("\3\0\0\0\3\0\0\0\0\0A\3\0\0\0\0\0A\3\0\0\0\0\0B", 25);
+
+// The digits behind the word in what `orva info` prints.
+std::string fingerprint(const std::string& path) {
+  std::vector<std::string> arguments = {"info"};
+  if (!path.empty()) arguments.push_back(path);
+  const Ended run = run_orva(arguments);
+  EXPECT_EQ(run.status, 0) << run.err;
+  const size_t at = run.out.find("fingerprint ");
+  return at == std::string::npos ? "" : run.out.substr(at + 12, 16);
+}
+
+TEST(InfoCommand, OneFingerprintTiesTheFilesOfAPairTogether) {
+  const TempDir dir;
+  const std::string group = dir.file("Model.grp", TinyGroup().bytes());
+  EXPECT_EQ(fingerprint(group), "");
+  const std::string names = dir.file("Model.stc", kThreeNames);
+  const std::string print = fingerprint(dir.path());
+  // FNV-1a over both files, computed apart from this program.
+  uint64_t hash = 0xCBF29CE484222325;
+  const std::string length(1, static_cast<char>(TinyGroup().bytes().size() & 0xFF));
+  const std::string high(1, static_cast<char>(TinyGroup().bytes().size() >> 8));
+  for (const char c :
+       TinyGroup().bytes() + length + high + std::string(6, '\0') + bytes_of(names)) {
+    hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+  }
+  char digits[17];
+  snprintf(digits, sizeof digits, "%016" PRIx64, hash);
+  EXPECT_EQ(print, digits);
+  EXPECT_EQ(fingerprint(group), print);
+  EXPECT_EQ(fingerprint(names), print);
+  dir.file("Model.stc", kThreeNames + "behind");
+  EXPECT_NE(fingerprint(dir.path()), print);
+}
+
+TEST(InfoCommand, TheBuiltInModelsHaveTheFingerprintOfTheFilesTheyWereMadeOf) {
+  EXPECT_EQ(fingerprint(""), fingerprint(models_dir()));
+  EXPECT_EQ(fingerprint("").size(), 16U);
+}
+
+TEST(InfoCommand, FilesThatAreNoPairAreTold) {
+  const TempDir dir;
+  dir.file("Model.grp", bytes_of(models_dir() + "/Model.grp"));
+  std::string names = bytes_of(models_dir() + "/Model.stc");
+  const size_t at = names.find("UTF-8");
+  ASSERT_NE(at, std::string::npos);
+  names.replace(at, 5, "IBM37");
+  const struct {
+    std::string names;
+    const char* reason;
+  } cases[] = {
+      {std::string("\1\0\0\0\3\0\0\0\0\0A", 11), "not a pair: 1 charset names for "},
+      {names, "but its charset name is IBM37"},
+      {"\1", "Model.stc: "},
+  };
+  for (const auto& c : cases) {
+    dir.file("Model.stc", c.names);
+    for (const std::string& path : {dir.path(), dir / "Model.grp"}) {
+      const Ended run = run_orva({"info", path});
+      EXPECT_EQ(run.status, 2);
+      EXPECT_NE(run.err.find(c.reason), std::string::npos) << run.err;
+    }
   }
 }
 
