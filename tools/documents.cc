@@ -109,6 +109,15 @@ bool read_document(const std::string& name, size_t block,
   return false;
 }
 
+bool read_whole_document(const std::string& name, std::string* bytes, std::string* error) {
+  bytes->clear();
+  const auto take = [bytes](const char* block, size_t length) {
+    bytes->append(block, length);
+    return true;
+  };
+  return read_document(name, 0, take, error);
+}
+
 bool is_readable_file(const std::string& name, std::string* error) {
   struct stat info;
   if (stat(name.c_str(), &info) != 0 || access(name.c_str(), R_OK) != 0) {

@@ -20,6 +20,9 @@ std::vector<std::string> expand_documents(const std::vector<std::string>& names,
 bool read_document(const std::string& name, size_t block,
                    const std::function<bool(char* bytes, size_t length)>& take, std::string* error);
 
+// The same for a whole document in memory.
+bool read_whole_document(const std::string& name, std::string* bytes, std::string* error);
+
 // Whether `name` is a regular file that can be read; if not, `error` says why.
 bool is_readable_file(const std::string& name, std::string* error);
 

@@ -21,17 +21,6 @@ constexpr char kNoWindow[] = "no window can be cut: its charset does not read it
 constexpr char kNoPiece[] = "ends before the piece that the manifest names";
 constexpr char kNoDocuments[] = "names no documents";
 
-bool read_whole(const std::string& name, std::string* bytes, std::string* error) {
-  bytes->clear();
-  return read_document(
-      name, 0,
-      [bytes](const char* block, size_t length) {
-        bytes->append(block, length);
-        return true;
-      },
-      error);
-}
-
 // The folder that a path is in, with the slash; empty for the working one.
 std::string folder_of(const std::string& path) {
   const size_t slash = path.rfind('/');
@@ -48,7 +37,7 @@ class Evaluation {
   // False, with the reason, when the document cannot be judged.
   bool add(const std::string& path, const LabelledDocument& document, std::string* error) {
     std::string bytes;
-    if (!read_whole(path, &bytes, error) || !cut(document, &bytes, error)) return false;
+    if (!read_whole_document(path, &bytes, error) || !cut(document, &bytes, error)) return false;
     Detection detection;
     if (!detector_.detect_bytes(bytes, &detection, error)) return false;
     Outcome outcome;
@@ -103,7 +92,7 @@ bool open_manifest(const EvalOptions& options, std::vector<LabelledDocument>* do
   std::string text;
   std::string error;
   const bool read = is_readable_file(options.manifest, &error) &&
-                    read_whole(options.manifest, &text, &error) &&
+                    read_whole_document(options.manifest, &text, &error) &&
                     read_manifest(text, options.piece, documents, &error);
   if (read && !documents->empty()) return true;
   report_error(options.manifest, read ? kNoDocuments : error);

@@ -21,13 +21,8 @@
 namespace {
 
 bool read_whole(const std::string& name, std::string* bytes) {
-  bytes->clear();
   std::string error;
-  const auto take = [bytes](const char* block, size_t length) {
-    bytes->append(block, length);
-    return true;
-  };
-  if (orva::read_document(name, 0, take, &error)) return true;
+  if (orva::read_whole_document(name, bytes, &error)) return true;
   orva::report_error(name, error);
   return false;
 }

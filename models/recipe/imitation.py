@@ -2,8 +2,8 @@
 
 Of many lengths, as many short ones as long ones by the logarithm; prose, marked-up text, program
 text with remarks, tables, lists of words and capitals; with English and digits among the lines; now
-and then with a line in another charset or a damaged byte; and some bytes that are no text at all. Rarer charsets come more often than in the
-world, so that something is learnt about them.
+and then with a line in another charset or a damaged byte; and some bytes that are no text at all.
+Rarer charsets come more often than in the world, so that something is learnt about them.
 """
 
 import math
@@ -43,19 +43,19 @@ _WIDE = ("UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE")
 # Shares of the kinds of charset: UTF-8, UTF-16 and UTF-32, the web's and Unix's, other systems'.
 _KINDS, _SHARES = ("utf8", "wide", "usual", "other"), (0.15, 0.2, 0.45, 0.2)
 
-# Documents that are no text, and the bytes that they are made of: without most controls, which would
-# tell.
+# Documents that are no text, and the bytes that they are made of: no controls, which would tell.
 _NO_TEXT = 0.04
 _BYTES = (range(32, 256), (*range(32, 127), *range(160, 256)), range(128, 256))
 NO_CHARSET = "US-ASCII"  # their label, which is wrong for all of them
 
-_STYLES, _STYLE_SHARES = (
-    ("prose", "markup", "program", "table", "words", "capitals"), (0.5, 0.2, 0.12, 0.08, 0.07, 0.03))
+_STYLES = ("prose", "markup", "program", "table", "words", "capitals")
+_STYLE_SHARES = (0.5, 0.2, 0.12, 0.08, 0.07, 0.03)
 _MARKED = ("<p>%s</p>", "<li class=\"item\">%s</li>", "<td width=\"%d\">%s</td>",
            "<a href=\"page%d.html\">%s</a><br>", "<h2 id=\"part%d\">%s</h2>", "<!-- %s -->",
            "  <entry key=\"k%d\">%s</entry>")
 _PROGRAM = ("// %s", "  puts(\"%s\");", "/* %s */", "  int width_%d = table[0]; # %s",
-            "message_%d = \"%s\"", "static const char *kText%d = \"%s\";", "if (count > %d) {  // %s")
+            "message_%d = \"%s\"", "static const char *kText%d = \"%s\";",
+            "if (count > %d) {  // %s")
 _CODE_ONLY = ("  return size + offset;", "}", "for (i = 0; i < length; i++) {", "else:",
               "  buffer[i] = next(stream);", "#include <stdio.h>", "import os, sys", "")
 
