@@ -39,19 +39,6 @@ bool is_valid(const Evidence& evidence, const char* charset) {
   return evidence.decodes(find_charset_index(charset), true);
 }
 
-// The Windows superset of an ISO charset and the other way round.
-const char* sibling(std::string_view name) {
-  constexpr const char* kPairs[][2] = {
-      {"ISO-8859-1", "windows-1252"}, {"ISO-8859-7", "windows-1253"},
-      {"ISO-8859-8", "windows-1255"}, {"ISO-8859-9", "windows-1254"},
-      {"TIS-620", "windows-874"},     {"KOI8-R", "KOI8-U"}};
-  for (const auto& pair : kPairs) {
-    if (name == pair[0]) return pair[1];
-    if (name == pair[1]) return pair[0];
-  }
-  return "";
-}
-
 bool holds_letters(const Evidence& evidence) {
   for (int b = 'A'; b <= 'z'; ++b) {
     if ((b <= 'Z' || b >= 'a') && evidence.count(static_cast<unsigned char>(b)) != 0) return true;
@@ -222,26 +209,13 @@ bool Decider::decide_utf8(const Task& task, Decision* decision) {
   return true;
 }
 
-bool Decider::has_model(int charset, int language) const {
-  for (int i = 0; i < tables_.nb_models(); ++i) {
-    if (tables_.model(i).charset == charset && tables_.model(i).language == language) return true;
-  }
-  return false;
-}
-
-const std::string& Decider::language_name(int language) const {
-  return tables_.languages()[static_cast<size_t>(language)];
-}
-
 // Of the charsets that read the document alike, the one that its language is usually written in.
 int Decider::name_for(const Reading& reading, int language, const Task& task) const {
   int best = -1;
   double least = 0;
   for (const int charset : reading.charsets) {
     if (!task.restrictions.allows_charset(charset)) continue;
-    double cost = prior_cost(charset) + mismatch_cost(charset, language_name(language));
-    const int other = find_charset_index(sibling(kCharsets[charset].iana));
-    if (has_model(charset, language) || (other >= 0 && has_model(other, language))) cost -= 3;
+    const double cost = priors_.name(charset, language);
     if (best >= 0 && cost >= least) continue;
     best = charset;
     least = cost;
@@ -262,7 +236,7 @@ Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* gr
     if (!task.restrictions.allows_language(l)) continue;
     best.cost = std::min(best.cost, reading.costs[l]);
     if (!reading.language_extra.empty()) by_language[l] += reading.language_extra[l];
-    by_language[l] += scale * language_prior(tables_.languages()[l]);
+    by_language[l] += scale * priors_.language(l);
     if (by_language[l] >= least) continue;
     least = by_language[l];
     best.language = static_cast<int>(l);
@@ -277,9 +251,7 @@ Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* gr
   grounds->language_margin = std::min(next - least, kMostMargin);
   const double bytes = static_cast<double>(std::max<size_t>(pricing_.priced(), 1));
   grounds->misfit = std::max(best.cost / bytes - kGoodFit, 0.0);
-  const double prior =
-      prior_cost(best.charset) + mismatch_cost(best.charset, language_name(best.language));
-  best.cost += prior * prior_weight(task.evidence.high());
+  best.cost += priors_.pair(best.charset, best.language) * prior_weight(task.evidence.high());
   return best;
 }
 
@@ -287,7 +259,10 @@ void Decider::decide_by_cost(const Task& task, Decision* decision) {
   const auto allowed = [&task](int c) { return task.restrictions.allows_charset(c); };
   std::vector<Reading> readings = find_readings(task.evidence, allowed, false);
   if (readings.empty()) readings = find_readings(task.evidence, allowed, true);
-  pricing_.price(task.sample, &readings);
+  for (Reading& reading : readings) {
+    reading.prior = prior_cost(reading.charsets.front()) * prior_weight(task.evidence.high());
+  }
+  pricing_.price(task.sample, task.restrictions.languages, &readings);
   std::vector<std::pair<Candidate, Grounds>> ranked;
   for (const Reading& reading : readings) {
     Grounds grounds;

@@ -14,6 +14,7 @@
 #include "lib/detect/confidence.h"
 #include "lib/detect/evidence.h"
 #include "lib/detect/pricing.h"
+#include "lib/detect/prior_tables.h"
 
 namespace orva {
 
@@ -51,7 +52,8 @@ struct Restrictions {
 
 class Decider {
  public:
-  Decider(const ModelTables& tables, Scorer* scorer) : tables_(tables), pricing_(tables, scorer) {}
+  Decider(const ModelTables& tables, Scorer* scorer)
+      : tables_(tables), priors_(tables), pricing_(tables, scorer) {}
 
   Decision decide(const Evidence& evidence, std::string_view sample,
                   const Restrictions& restrictions);
@@ -71,10 +73,9 @@ class Decider {
   // The best language of a reading; `*grounds` receives all but the margin.
   Candidate best_of(const Task& task, const Reading& reading, Grounds* grounds) const;
   int name_for(const Reading& reading, int language, const Task& task) const;
-  const std::string& language_name(int language) const;
-  bool has_model(int charset, int language) const;
 
   const ModelTables& tables_;
+  const PriorTables priors_;
   Pricing pricing_;
 };
 

@@ -13,7 +13,7 @@ bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// Where the two bytes that models see before text[at] begin; `missing` of them are not there.
+// `missing` of the bytes are not there.
 size_t context_before(std::string_view text, size_t at, size_t* missing) {
   for (*missing = kContext; at > 0 && *missing > 0;) *missing -= is_digit(text[--at]) ? 0 : 1;
   return at;
@@ -28,6 +28,11 @@ size_t context_behind(std::string_view text, size_t at) {
 }
 
 }  // namespace
+
+size_t context_before(std::string_view text, size_t at) {
+  size_t missing = 0;
+  return context_before(text, at, &missing);
+}
 
 std::string normalised(std::string_view text) {
   std::string out;

@@ -19,6 +19,9 @@ std::string normalised(std::string_view text);
 // The beginning of `sample` with at most `most_high` bytes above 0x7F.
 std::string_view with_few_high(std::string_view sample, size_t most_high);
 
+// Where the two bytes that models see before text[at] begin: digits are not seen.
+size_t context_before(std::string_view text, size_t at);
+
 // The stretches of `text` whose trigrams hold a byte above 0x7F, each with two bytes of context in
 // front and behind, as far as the text goes. A text that begins with such a byte gets a line end in
 // front of it.

@@ -7,6 +7,7 @@
 
 #include "lib/api/model_names.h"
 #include "lib/detect/charset_table.h"
+#include "lib/detect/homes.h"
 #include "lib/util/accounting.h"
 
 namespace orva {
@@ -106,6 +107,11 @@ std::unique_ptr<const ModelTables> ModelTables::finish(std::unique_ptr<ModelTabl
   tables->add_rows();
   tables->add_unigrams();
   return tables;
+}
+
+const Homes& ModelTables::homes() const {
+  std::call_once(homes_made_, [this] { homes_ = std::make_unique<const Homes>(*this); });
+  return *homes_;
 }
 
 int ModelTables::language_index(const std::string& name) {

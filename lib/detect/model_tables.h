@@ -19,6 +19,7 @@
 #include <bit>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,8 @@
 #include "lib/mgroup/lid_mgroup.h"
 
 namespace orva {
+
+class Homes;
 
 struct ModelInfo {
   int language = 0;  // index in languages()
@@ -87,6 +90,32 @@ class ModelTables {
     return row.first + row.below[word] + std::popcount(row.bits[word] & (bit - 1));
   }
 
+  // Calls visit(a, b, c, leaf) for every known trigram.
+  template <typename Visit>
+  void for_each_trigram(Visit visit) const {
+    for (size_t pair = 0; pair < row_of_pair_.size(); ++pair) {
+      const uint32_t at = row_of_pair_[pair];
+      if (at == 0) continue;
+      const Row& row = rows_[at];
+      const auto a = static_cast<unsigned char>(pair >> 8);
+      const auto b = static_cast<unsigned char>(pair);
+      int next = row.first;
+      for (unsigned w = 0; w < 4 && row.direct == nullptr; ++w) {
+        for (uint64_t bits = row.bits[w]; bits != 0; bits &= bits - 1) {
+          const unsigned c = w << 6 | static_cast<unsigned>(std::countr_zero(bits));
+          visit(a, b, static_cast<unsigned char>(c), next++);
+        }
+      }
+      for (int c = 0; c < kNbBytes && row.direct != nullptr; ++c) {
+        const int found = leaf(a, b, static_cast<unsigned char>(c));
+        if (found != kNoLeaf) visit(a, b, static_cast<unsigned char>(c), found);
+      }
+    }
+  }
+
+  // What is derived from the tables at its first use.
+  const Homes& homes() const;
+
   // The values of a leaf: `*count` words as group_format.h reads them.
   const uint16_t* leaf_values(int leaf, int* count) const {
     const uint32_t word = group_.lstates[leaf];
@@ -120,6 +149,8 @@ class ModelTables {
   std::vector<uint32_t> row_of_pair_;  // 0: the pair is unknown
   std::vector<Row> rows_;
   std::vector<UnigramEntry> unigrams_[kNbBytes];
+  mutable std::once_flag homes_made_;
+  mutable std::unique_ptr<const Homes> homes_;
 };
 
 }  // namespace orva

@@ -6,9 +6,9 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
-#include "lib/detect/priors.h"
 #include "lib/detect/rewriting.h"
 #include "lib/detect/sample.h"
+#include "lib/detect/trials.h"
 #include "lib/detect/utf_codec.h"
 
 namespace orva {
@@ -17,26 +17,11 @@ namespace {
 
 // Bytes above 0x7F that are looked at; more would not change an answer.
 constexpr size_t kMostHigh = 2000;
-// A reading is not asked for where more of its letters are missing from a home, or where odd signs
-// outnumber its letters by more.
-constexpr double kMostMissing = 0.2;
-constexpr double kMostOdd = 1.5;
-
 // What it costs that a document's ASCII is in another language.
 constexpr double kOtherAscii = 6;
 
 // The same, when the document's language is written in another script.
 constexpr double kOtherScript = 4;
-
-// Which model a language is asked through: a single-byte one before its UTF-8 one.
-int home_rank(int charset) {
-  if (charset < 0) return 0;
-  if (kCharsets[charset].flags == 0 || charset == find_charset_index("US-ASCII")) return 0;
-  if (charset == find_charset_index("UTF-8")) return 1;
-  const bool plain =
-      single_byte_table(charset) != nullptr && (kCharsets[charset].flags & kAsciiCompatible) != 0;
-  return plain ? 2 : 0;
-}
 
 bool has_cost(const Reading& reading) {
   return std::any_of(reading.costs.begin(), reading.costs.end(),
@@ -78,34 +63,17 @@ std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
 }  // namespace
 
 struct Pricing::Text {
-  std::vector<std::string> segments;
-  ByteCounts counts;
+  TrialText high;
   // By language, of the trigrams of ASCII alone: what they cost a charset, and what they cost the
   // language beyond that.
   std::vector<double> base;
   std::vector<double> extra;
 
-  explicit Text(std::vector<std::string> from) : segments(std::move(from)), counts(segments) {}
+  explicit Text(std::vector<std::string> segments) : high(std::move(segments)) {}
 };
 
 Pricing::Pricing(const ModelTables& tables, Scorer* scorer)
-    : tables_(tables), scorer_(*scorer), home_model_(tables.languages().size(), -1) {
-  for (int i = 0; i < tables_.nb_models(); ++i) {
-    int& home = home_model_[static_cast<size_t>(tables_.model(i).language)];
-    const int rank = home_rank(tables_.model(i).charset);
-    if (rank > (home < 0 ? 0 : home_rank(tables_.model(home).charset))) home = i;
-  }
-  for (const std::string& language : tables_.languages()) {
-    scripts_.push_back(script_of_language(language));
-  }
-  for (const int home : home_model_) {
-    if (home < 0) continue;
-    const int charset = tables_.model(home).charset;
-    if (std::find(home_charsets_.begin(), home_charsets_.end(), charset) == home_charsets_.end()) {
-      home_charsets_.push_back(charset);
-    }
-  }
-}
+    : tables_(tables), scorer_(*scorer), homes_(tables.homes()) {}
 
 std::vector<double> Pricing::totals(const std::vector<std::string>& segments) {
   scorer_.reset();
@@ -119,101 +87,98 @@ std::vector<double> Pricing::totals(const std::vector<std::string>& segments) {
 // ASCII within a document may be markup, code or English whatever the document's language is. So it
 // costs a charset hardly more than in the language that it fits best, and says nothing at all about
 // languages of other scripts.
-void Pricing::price_ascii(std::string_view plain, Text* text) {
-  scorer_.reset();
-  scorer_.set_ascii_only(true);
-  scorer_.feed(plain);
-  scorer_.set_ascii_only(false);
-  const std::vector<double> all = scorer_.totals();
+void Pricing::price_ascii(std::string_view plain, Text* text) const {
+  CostSums sums(homes_.ascii());
+  sums.add(plain, 0);
+  const std::vector<size_t>& languages = homes_.languages();
   double least = kNoCost;
-  for (const int home : home_model_) {
-    if (home >= 0) least = std::min(least, all[static_cast<size_t>(home)]);
-  }
-  for (size_t l = 0; l < home_model_.size(); ++l) {
-    const int home = home_model_[l];
-    double cost = home < 0 ? kNoCost : all[static_cast<size_t>(home)];
-    const bool latin = scripts_[l] == kLatin || scripts_[l] == kAnyScript;
-    if (home >= 0 && !latin) cost = least + kOtherScript;
-    text->base.push_back(std::min(cost, home < 0 ? kNoCost : least + kOtherAscii));
-    text->extra.push_back(home < 0 ? 0 : cost - text->base.back());
+  for (size_t i = 0; i < languages.size(); ++i) least = std::min(least, sums.total(i));
+  text->base.assign(tables_.languages().size(), kNoCost);
+  text->extra.assign(tables_.languages().size(), 0);
+  for (size_t i = 0; i < languages.size(); ++i) {
+    const size_t l = languages[i];
+    const Script script = homes_.scripts()[l];
+    const bool latin = script == kLatin || script == kAnyScript;
+    const double cost = latin ? sums.total(i) : least + kOtherScript;
+    text->base[l] = std::min(cost, least + kOtherAscii);
+    text->extra[l] = cost - text->base[l];
   }
 }
 
-void Pricing::price(std::string_view sample, std::vector<Reading>* readings) {
+void Pricing::price(std::string_view sample, const std::vector<char>& languages,
+                    std::vector<Reading>* readings) {
   sample = with_few_high(sample, kMostHigh);
   priced_ = sample.size();
   const std::string plain = normalised(text_of(sample));
   Text text(high_segments(plain));
   price_ascii(plain, &text);
-  const std::vector<double> direct = totals(text.segments);
+  std::vector<double> direct;
+  Trials trials(homes_, text.high, text.base);
   for (Reading& reading : *readings) {
     const uint32_t flags = kCharsets[reading.charsets.front()].flags;
     reading.costs.assign(tables_.languages().size(), kNoCost);
+    mark_possible(text.high.counts, languages, &reading);
     if (reading.table != nullptr && (flags & kEbcdic) == 0) {
-      price_table(text, &reading);
+      trials.add(&reading);
+      reading.language_extra = text.extra;
     } else if (reading.table != nullptr) {
       price_whole(sample, &reading);
     } else {
-      if ((flags & kMarkupSafe) != 0) price_pairs(text, direct, &reading);
+      if ((flags & kMarkupSafe) != 0) {
+        if (direct.empty()) direct = totals(text.high.segments);
+        price_pairs(text, direct, &reading);
+      }
       if (!has_cost(reading)) price_decoded(sample, &reading);
     }
-    drop_other_scripts(text.counts, &reading);
+    drop_impossible(&reading);
   }
+  trials.run();
 }
 
-// No language is left that is not written in the reading's charsets, or of whose letters the
-// reading has none.
-void Pricing::drop_other_scripts(const ByteCounts& counts, Reading* reading) const {
+// A language is possible if the caller allows it, it can be written in the reading's charsets and
+// the reading has a letter of it.
+void Pricing::mark_possible(const ByteCounts& counts, const std::vector<char>& languages,
+                            Reading* reading) const {
   const bool ebcdic = (kCharsets[reading->charsets.front()].flags & kEbcdic) != 0;
   const bool counted = reading->table != nullptr && !ebcdic;
   ScriptCounts scripts;
-  for (int b = 0; b < 256 && counted; ++b) {
-    if (counts.of[b] != 0) scripts.add(reading->table[b]);
+  if (counted) {
+    for (const unsigned char b : counts.present) scripts.add(reading->table[b]);
   }
-  for (size_t l = 0; l < scripts_.size(); ++l) {
-    const bool can = std::any_of(reading->charsets.begin(), reading->charsets.end(),
-                                 [&](int charset) { return can_write(charset, scripts_[l]); });
-    if (!can || (counted && !scripts.has(scripts_[l]))) reading->costs[l] = kNoCost;
+  bool can[kAnyScript + 1];
+  for (int s = 0; s <= kAnyScript; ++s) {
+    const auto script = static_cast<Script>(s);
+    can[s] = (!counted || scripts.has(script)) &&
+             std::any_of(reading->charsets.begin(), reading->charsets.end(),
+                         [&](int charset) { return can_write(charset, script); });
+  }
+  const std::vector<Script>& script_of = homes_.scripts();
+  reading->possible.assign(script_of.size(), false);
+  for (size_t l = 0; l < script_of.size(); ++l) {
+    reading->possible[l] = can[script_of[l]] && (languages.empty() || languages[l] != 0);
   }
 }
 
-// A single-byte reading, through the homes.
-void Pricing::price_table(const Text& text, Reading* reading) {
-  for (const int charset : home_charsets_) {
-    const Rewriting rewriting(reading->table, single_byte_table(charset), text.counts, false);
-    const auto letters = static_cast<double>(rewriting.letters());
-    if (static_cast<double>(rewriting.missing()) > kMostMissing * letters) continue;
-    if (static_cast<double>(rewriting.odd()) > kMostOdd * (letters + 1)) continue;
-    std::vector<std::string> segments;
-    double extra = rewriting.sign_cost() + rewriting.lone_letters_cost(text.segments);
-    for (const std::string& segment : text.segments) {
-      segments.push_back(rewriting.apply(segment));
-      extra += rewriting.place_cost(segment);
-    }
-    const std::vector<double> all = totals(segments);
-    for (size_t l = 0; l < home_model_.size(); ++l) {
-      const int home = home_model_[l];
-      if (home < 0 || tables_.model(home).charset != charset) continue;
-      reading->costs[l] = text.base[l] + all[static_cast<size_t>(home)] + extra;
-    }
+void Pricing::drop_impossible(Reading* reading) {
+  for (size_t l = 0; l < reading->costs.size(); ++l) {
+    if (!reading->possible[l]) reading->costs[l] = kNoCost;
   }
-  reading->language_extra = text.extra;
 }
 
 // A reading that does not keep ASCII: all of its text is written in the homes.
-void Pricing::price_whole(std::string_view sample, Reading* reading) {
-  const ByteCounts counts({std::string(sample)});
-  for (const int charset : home_charsets_) {
-    const Rewriting rewriting(reading->table, single_byte_table(charset), counts, true);
-    const auto letters = static_cast<double>(rewriting.letters());
-    if (static_cast<double>(rewriting.missing()) > kMostMissing * letters) continue;
-    const std::string text = normalised(without_markup(rewriting.apply(sample)));
-    const double extra = rewriting.sign_cost() + rewriting.place_cost(sample);
-    const std::vector<double> all = totals({text});
-    for (size_t l = 0; l < home_model_.size(); ++l) {
-      const int home = home_model_[l];
-      if (home < 0 || tables_.model(home).charset != charset) continue;
-      reading->costs[l] = all[static_cast<size_t>(home)] + extra;
+void Pricing::price_whole(std::string_view sample, Reading* reading) const {
+  const std::vector<std::string> texts = {std::string(sample)};
+  const ByteCounts counts(texts);
+  const Alphabet& alphabet = alphabet_of(reading->charsets.front());
+  const Placement placement(alphabet, counts);
+  const double extra = placement.cost(sample, 0, sample.size());
+  for (const Home& home : homes_.all()) {
+    const Rewriting rewriting(alphabet, home.alphabet, counts);
+    if (lacks_letters(rewriting, placement)) continue;
+    CostSums sums(home.models);
+    sums.add(normalised(without_markup(rewriting.apply(sample))), 0);
+    for (size_t i = 0; i < home.languages.size(); ++i) {
+      reading->costs[home.languages[i]] = sums.total(i) + extra;
     }
   }
 }
@@ -248,7 +213,7 @@ std::vector<double> Pricing::price_utf8(std::string_view text) {
   for (int i = 0; i < tables_.nb_models(); ++i) {
     const ModelInfo& model = tables_.model(i);
     const auto l = static_cast<size_t>(model.language);
-    if (model.charset != utf8 || !scripts.can_be(scripts_[l])) continue;
+    if (model.charset != utf8 || !scripts.can_be(homes_.scripts()[l])) continue;
     costs[l] = std::min(costs[l], all[static_cast<size_t>(i)]);
   }
   return costs;

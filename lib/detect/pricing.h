@@ -17,10 +17,9 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
-#include "lib/detect/rewriting.h"
 #include "lib/detect/scorer.h"
-#include "lib/detect/scripts.h"
 
 namespace orva {
 
@@ -28,8 +27,10 @@ class Pricing {
  public:
   Pricing(const ModelTables& tables, Scorer* scorer);
 
-  // Fills the costs of `readings` of the raw bytes `sample`.
-  void price(std::string_view sample, std::vector<Reading>* readings);
+  // Fills the costs of `readings` of the raw bytes `sample`, in the languages that `languages`, by
+  // index, allows; empty allows all.
+  void price(std::string_view sample, const std::vector<char>& languages,
+             std::vector<Reading>* readings);
 
   // Costs by language of text that is already UTF-8.
   std::vector<double> price_utf8(std::string_view text);
@@ -40,20 +41,19 @@ class Pricing {
  private:
   struct Text;  // a sample prepared once for all of its readings
 
-  void price_table(const Text& text, Reading* reading);
-  void price_whole(std::string_view sample, Reading* reading);
+  void mark_possible(const ByteCounts& counts, const std::vector<char>& languages,
+                     Reading* reading) const;
+  static void drop_impossible(Reading* reading);
+  void price_whole(std::string_view sample, Reading* reading) const;
   void price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading);
-  void drop_other_scripts(const ByteCounts& counts, Reading* reading) const;
   void price_decoded(std::string_view sample, Reading* reading);
   std::vector<double> totals(const std::vector<std::string>& segments);
-  void price_ascii(std::string_view plain, Text* text);
+  void price_ascii(std::string_view plain, Text* text) const;
 
   size_t priced_ = 0;
   const ModelTables& tables_;
   Scorer& scorer_;
-  std::vector<int> home_model_;     // by language; -1 when it has no usable one
-  std::vector<int> home_charsets_;  // each once
-  std::vector<Script> scripts_;     // by language
+  const Homes& homes_;
 };
 
 }  // namespace orva

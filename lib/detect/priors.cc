@@ -1,6 +1,7 @@
 #include "lib/detect/priors.h"
 
 #include <string_view>
+#include <vector>
 
 #include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
@@ -91,6 +92,18 @@ bool is_of_other_script(const uint16_t* table) {
   return letters > kFewLetters;
 }
 
+double find_prior(int charset) {
+  for (const Prior& prior : kPriors) {
+    if (prior.charset == kCharsets[charset].iana) return prior.cost;
+  }
+  const uint32_t flags = kCharsets[charset].flags;
+  if ((flags & (kUtf16 | kUtf32)) != 0) return 3;
+  if ((flags & kDos) != 0) return kDosPrior;
+  if ((flags & kMac) != 0) return kMacPrior;
+  if ((flags & kEbcdic) != 0) return kEbcdicPrior;
+  return kOtherPrior;
+}
+
 }  // namespace
 
 double mismatch_cost(int charset, std::string_view language) {
@@ -111,15 +124,12 @@ double language_prior(std::string_view language) {
 }
 
 double prior_cost(int charset) {
-  for (const Prior& prior : kPriors) {
-    if (prior.charset == kCharsets[charset].iana) return prior.cost;
-  }
-  const uint32_t flags = kCharsets[charset].flags;
-  if ((flags & (kUtf16 | kUtf32)) != 0) return 3;
-  if ((flags & kDos) != 0) return kDosPrior;
-  if ((flags & kMac) != 0) return kMacPrior;
-  if ((flags & kEbcdic) != 0) return kEbcdicPrior;
-  return kOtherPrior;
+  static const std::vector<double> costs = [] {
+    std::vector<double> all;
+    for (int c = 0; c < kCharsetCount; ++c) all.push_back(find_prior(c));
+    return all;
+  }();
+  return costs[static_cast<size_t>(charset)];
 }
 
 }  // namespace orva

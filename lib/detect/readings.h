@@ -18,6 +18,8 @@ struct Reading {
   std::vector<int> charsets;        // the likeliest first
   const uint16_t* table = nullptr;  // decode table of a single-byte one
   std::vector<double> costs;        // by language; kNoCost where no model could tell
+  std::vector<bool> possible;       // by language
+  double prior = 0;                 // nats, before a byte is read
   // By language, added when languages are compared: what the ASCII of the document costs in it.
   std::vector<double> language_extra;
 

@@ -6,20 +6,40 @@
 #include <string>
 #include <vector>
 
+#include "lib/detect/alphabet.h"
 #include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
+#include "lib/detect/placement.h"
 #include "lib/detect/priors.h"
 
 namespace {
 
-const uint16_t* table(const char* name) {
-  return orva::single_byte_table(orva::find_charset_index(name));
+const orva::Alphabet& alphabet(const char* name) {
+  return orva::alphabet_of(orva::find_charset_index(name));
 }
 
-orva::Rewriting rewriting(const char* from, const char* home, const std::string& text) {
-  return {table(from), home == nullptr ? nullptr : table(home), orva::ByteCounts({text}), false};
+// What `text`, in the charset `from`, is in `home`, UTF-8 when that is null.
+struct Rewritten {
+  std::string text;
+  uint64_t missing;
+};
+
+Rewritten rewrite(const char* from, const char* home, const std::string& text) {
+  const uint16_t* table =
+      home == nullptr ? nullptr : orva::single_byte_table(orva::find_charset_index(home));
+  const orva::HomeAlphabet homes(table);
+  const orva::Rewriting rewriting(alphabet(from), homes, orva::ByteCounts({text}));
+  return {rewriting.apply(text), rewriting.missing()};
+}
+
+orva::Placement placement(const char* charset, const std::string& text) {
+  return {alphabet(charset), orva::ByteCounts({text})};
+}
+
+double cost(const char* charset, const std::string& text) {
+  return placement(charset, text).cost(text, 0, text.size());
 }
 
 TEST(Focus, NormalisedTextIsWhatModelsWereTrainedOn) {
@@ -64,53 +84,50 @@ TEST(Characters, CapitalsHaveTheirSmallLetters) {
 }
 
 TEST(Rewriting, LettersMoveToTheHomeInTheirSmallForm) {
-  EXPECT_EQ(rewriting("KOI8-R", "windows-1251", "\xF0\xD2").apply("\xF0\xD2"), "\xEF\xF0");
-  EXPECT_EQ(rewriting("IBM850", nullptr, "\x82").apply("\x82"), "é");
+  EXPECT_EQ(rewrite("KOI8-R", "windows-1251", "\xF0\xD2").text, "\xEF\xF0");
+  EXPECT_EQ(rewrite("IBM850", nullptr, "\x82").text, "é");
 }
 
-TEST(Rewriting, SignsAreTakenOutAtAPrice) {
-  const orva::Rewriting common = rewriting("windows-1252", "windows-1252", "\xA9");
-  EXPECT_EQ(common.apply("\xA9"), " ");
-  EXPECT_GT(common.sign_cost(), 0);
-  EXPECT_EQ(common.odd(), 0U);
-  EXPECT_EQ(rewriting("windows-1252", "windows-1252", "\xA4").odd(), 1U);
+TEST(Rewriting, SignsAreTakenOut) {
+  EXPECT_EQ(rewrite("windows-1252", "windows-1252", "\xA9").text, " ");
 }
 
 TEST(Rewriting, QuotationMarksAreBlanksAndApostrophesAreNot) {
   const std::string quoted =
       "\x91se\x92, l\x92"
       "eau";
-  EXPECT_EQ(rewriting("windows-1252", "windows-1252", quoted).apply(quoted), " se , l'eau");
+  EXPECT_EQ(rewrite("windows-1252", "windows-1252", quoted).text, " se , l'eau");
   const std::string dashed = "a \x97 b\x85 c";
-  EXPECT_EQ(rewriting("windows-1252", "windows-1252", dashed).apply(dashed), "a b c");
+  EXPECT_EQ(rewrite("windows-1252", "windows-1252", dashed).text, "a b c");
 }
 
 TEST(Rewriting, RomanianLettersWithACommaGoAsThoseWithACedilla) {
-  EXPECT_EQ(rewriting("ISO-8859-16", "ISO-8859-2", "\xBA\xFE").apply("\xBA\xFE"), "\xBA\xFE");
-  EXPECT_EQ(rewriting("ISO-8859-16", "ISO-8859-2", "\xBA\xFE").missing(), 0U);
+  EXPECT_EQ(rewrite("ISO-8859-16", "ISO-8859-2", "\xBA\xFE").text, "\xBA\xFE");
+  EXPECT_EQ(rewrite("ISO-8859-16", "ISO-8859-2", "\xBA\xFE").missing, 0U);
 }
 
 TEST(Rewriting, LettersThatTheHomeLacksAreCounted) {
-  const orva::Rewriting r = rewriting("KOI8-R", "windows-1252", "\xD2\xD2");
-  EXPECT_EQ(r.missing(), 2U);
-  EXPECT_EQ(r.letters(), 2U);
+  EXPECT_EQ(rewrite("KOI8-R", "windows-1252", "\xD2\xD2").missing, 2U);
+  EXPECT_EQ(placement("KOI8-R", "\xD2\xD2").letters(), 2U);
 }
 
 TEST(Rewriting, VietnameseLettersAreTakenApartForTheirHome) {
-  EXPECT_EQ(rewriting("VISCII", "windows-1258", "\xAA").apply("\xAA"), "\xEA\xEC");
+  EXPECT_EQ(rewrite("VISCII", "windows-1258", "\xAA").text, "\xEA\xEC");
 }
 
-TEST(Rewriting, WhatStandsInTheWrongPlaceCosts) {
-  const auto cost = [](const char* from, const std::string& text) {
-    return rewriting(from, nullptr, text).place_cost(text);
-  };
+TEST(Placement, SignsHaveAPrice) {
+  EXPECT_GT(cost("windows-1252", "\xA9"), 0);
+  EXPECT_EQ(placement("windows-1252", "\xA9").odd(), 0U);
+  EXPECT_EQ(placement("windows-1252", "\xA4").odd(), 1U);
+}
+
+TEST(Placement, WhatStandsInTheWrongPlaceCosts) {
   EXPECT_EQ(cost("windows-1252", "caf\xE9"), 0);
   EXPECT_GT(cost("windows-1252", "caf\xC9"), 0);  // a capital behind a small letter
   EXPECT_GT(cost("windows-1252",
                  "ca\xA9"
                  "fe"),
-            0);  // a sign within a word
-  EXPECT_EQ(cost("windows-1252", "ca \xA9 fe"), 0);
+            cost("windows-1252", "ca \xA9 fe"));  // a sign within a word
   EXPECT_GT(cost("windows-1251", "caf\xE9"), 0);  // two scripts in one word
   EXPECT_GT(cost("windows-1252", "CAF\xE9"), 0);  // a small letter behind capitals
   EXPECT_GT(cost("windows-1252",
@@ -123,57 +140,57 @@ TEST(Rewriting, WhatStandsInTheWrongPlaceCosts) {
             0);
 }
 
-TEST(Rewriting, SignsKeepToTheirSideOfWords) {
-  const auto cost = [](const std::string& text) {
-    return rewriting("windows-1252", nullptr, text).place_cost(text);
-  };
-  EXPECT_EQ(cost("(\xA9 me)"), 0);
-  EXPECT_GT(cost("me\xA9"), 0);       // a copyright sign stands before a name
-  EXPECT_EQ(cost("Orva\xAE is"), 0);  // and a trade mark behind it
-  EXPECT_GT(cost("the \xAEOrva"), 0);
+TEST(Placement, ATextCostsAsMuchAsItsPieces) {
+  const std::string text =
+      "caf\xC9 \xA9me, \x92so l\x92"
+      "eau\xAE !\xE9"
+      "7";
+  const orva::Placement whole = placement("windows-1252", text);
+  for (size_t cut = 0; cut <= text.size(); ++cut) {
+    EXPECT_DOUBLE_EQ(whole.cost(text, 0, cut) + whole.cost(text, cut, text.size()),
+                     whole.cost(text, 0, text.size()))
+        << cut;
+  }
 }
 
-TEST(Rewriting, LinesOfTablesDoNotTouchLetters) {
-  const auto cost = [](const std::string& text) {
-    return rewriting("IBM850", nullptr, text).place_cost(text);
-  };
-  EXPECT_EQ(cost("\xB3 one \xB3"), 0);
-  EXPECT_GT(cost("\xB3one \xB3"), 0);
+TEST(Placement, SignsKeepToTheirSideOfWords) {
+  EXPECT_GT(cost("windows-1252", "me \xA9me"), 0);
+  EXPECT_LT(cost("windows-1252", "(\xA9 me)"), cost("windows-1252", "me\xA9"));
+  EXPECT_LT(cost("windows-1252", "Orva\xAE is"), cost("windows-1252", "the \xAEOrva"));
 }
 
-TEST(Rewriting, QuotationMarksOpenAndClose) {
-  const auto cost = [](const std::string& text) {
-    const orva::Rewriting r = rewriting("windows-1252", nullptr, text);
-    return r.sign_cost() + r.place_cost(text);
-  };
-  EXPECT_LT(cost("as \x91it\x92 is"), cost("as \x92it\x91 is"));
-  EXPECT_LT(cost("as l\x92"
-                 "it is"),
-            cost("as \x92"
-                 "it is"));
-  EXPECT_LT(cost("\x93so\x94"), cost("\x93so\x93"));
+TEST(Placement, LinesOfTablesDoNotTouchLetters) {
+  EXPECT_LT(cost("IBM850", "\xB3 one \xB3"), cost("IBM850", "\xB3one \xB3"));
 }
 
-TEST(Rewriting, LettersOfAScriptThatFormNoWordCost) {
-  const auto cost = [](const std::string& text) {
-    return rewriting("windows-1251", nullptr, text).lone_letters_cost({text});
+TEST(Placement, QuotationMarksOpenAndClose) {
+  const auto cost_of = [](const std::string& text) {
+    return cost("windows-1252", text) + placement("windows-1252", text).whole_cost({text});
   };
-  EXPECT_GT(cost("a \xE9 b \xE8"), 0);
-  EXPECT_EQ(cost("a \xE9\xE8 b"), 0);
-  EXPECT_EQ(cost("plain"), 0);
+  EXPECT_LT(cost_of("as \x91it\x92 is"), cost_of("as \x92it\x91 is"));
+  EXPECT_LT(cost_of("as l\x92it is"), cost_of("as \x92it is"));
+  EXPECT_LT(cost_of("\x93so\x94"), cost_of("\x93so\x93"));
 }
 
-TEST(Rewriting, MainframeSignsArePricedByWhatIsAroundThem) {
-  const auto cost = [](const std::string& text) {
+TEST(Placement, LettersOfAScriptThatFormNoWordCost) {
+  const auto cost_of = [](const std::string& text) {
+    return placement("windows-1251", text).whole_cost({text});
+  };
+  EXPECT_GT(cost_of("a \xE9 b \xE8"), 0);
+  EXPECT_EQ(cost_of("a \xE9\xE8 b"), 0);
+  EXPECT_EQ(cost_of("plain"), 0);
+}
+
+TEST(Placement, MainframeSignsArePricedByWhatIsAroundThem) {
+  const auto cost_of = [](const std::string& text) {
     orva::Conversion bytes;
     EXPECT_EQ(encode_text(*orva::find_charset("IBM037"), text, &bytes), orva::kConverted);
-    const orva::Rewriting r(table("IBM037"), nullptr, orva::ByteCounts({bytes.bytes}), true);
-    return r.sign_cost() + r.place_cost(bytes.bytes);
+    return cost("IBM037", bytes.bytes);
   };
-  EXPECT_LT(cost("see [1] there"), cost("see ]1[ there"));
-  EXPECT_LT(cost("stop! here"), cost("stop !here"));
-  EXPECT_LT(cost("a | b"), cost("a| b"));
-  EXPECT_LT(cost("a ^^ b"), cost("^ a b ^"));
+  EXPECT_LT(cost_of("see [1] there"), cost_of("see ]1[ there"));
+  EXPECT_LT(cost_of("stop! here"), cost_of("stop !here"));
+  EXPECT_LT(cost_of("a | b"), cost_of("a| b"));
+  EXPECT_LT(cost_of("a ^^ b"), cost_of("^ a b ^"));
 }
 
 double prior(const char* name) { return orva::prior_cost(orva::find_charset_index(name)); }

@@ -1,0 +1,55 @@
+// Alphabet: what each byte of a single-byte charset is, as far as pricing a reading goes.
+//
+//   const orva::Alphabet& alphabet = orva::alphabet_of(orva::find_charset_index("KOI8-R"));
+//   if (alphabet[0xD2].kind == orva::ByteRole::kSmall) ...
+//
+// Life cycle: made once for each charset, constant from then on.
+// Ownership:  they live as long as the program.
+// Threads:    any number.
+#ifndef ORVA_LIB_DETECT_ALPHABET_H_
+#define ORVA_LIB_DETECT_ALPHABET_H_
+
+#include <cstdint>
+
+#include "lib/detect/characters.h"
+
+namespace orva {
+
+struct ByteRole {
+  enum Kind : uint8_t { kOther, kSmall, kCapital, kDigit, kSign };
+
+  uint16_t value = 0;      // what it decodes to; 0 for nothing
+  uint16_t letter = 0;     // of a letter outside ASCII: the small one
+  Kind kind = kOther;      // signs that may stand within a word are kOther
+  Apart apart = kNowhere;  // where a sign keeps apart from letters
+  char stand_in = 0;       // what models are shown of all but letters outside ASCII; 0: nothing
+  char priced = 0;         // an ASCII sign in which mainframe charsets differ
+  bool outside_ascii = false;
+  bool foreign = false;  // a letter of another script than the Latin one
+  bool quotes = false;   // an apostrophe or a quotation mark
+  bool closes = false;   // an apostrophe that may close a phrase
+  bool common = true;    // false for signs that are not found in all kinds of text
+  double cost = 0;       // nats, of what the models are not shown
+
+  bool is_letter() const { return kind == kSmall || kind == kCapital; }
+  bool is_blank() const { return letter == 0 && (stand_in == ' ' || stand_in == '\n'); }
+};
+
+class Alphabet {
+ public:
+  // Of the charset that `table` decodes. Those of mainframes differ in ASCII signs, too, which are
+  // then priced as well.
+  Alphabet(const uint16_t* table, bool mainframe);
+
+  const ByteRole& operator[](int byte) const { return roles_[byte]; }
+
+ private:
+  ByteRole roles_[256];
+};
+
+// REQUIRES: `charset` is the index of a single-byte one.
+const Alphabet& alphabet_of(int charset);
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_ALPHABET_H_

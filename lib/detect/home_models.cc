@@ -1,0 +1,133 @@
+#include "lib/detect/home_models.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <utility>
+
+#include "lib/detect/scorer.h"
+
+namespace orva {
+
+namespace {
+
+constexpr size_t kRowStep = 8;  // a row fills whole vectors of 16 bytes
+constexpr int kLongestRun = 3;
+constexpr double kMostUnits = 65535;
+constexpr int kMostQuantised = 255;
+
+bool is_blank(unsigned char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+double byte_cost(const ModelInfo& info, int q) {
+  return q * info.unigram_step + info.unigram_least;
+}
+
+double trigram_cost(const ModelInfo& info, int q) { return q * info.step + info.least; }
+
+}  // namespace
+
+HomeModels::HomeModels(const ModelTables& tables, const std::vector<int>& models, Kind kind)
+    : nb_models_(models.size()),
+      width_((models.size() + kRowStep - 1) / kRowStep * kRowStep),
+      kind_(kind),
+      switches_(tables.switches()) {
+  double most = Scorer::kUnseenCost;
+  for (const int m : models) {
+    const ModelInfo& info = tables.model(m);
+    most = std::max({most, byte_cost(info, kMostQuantised), trigram_cost(info, kMostQuantised)});
+  }
+  unit_ = most / kMostUnits;
+  add_byte_rows(tables, models);
+  for (const int m : models) {
+    for (int q = 0; q <= kMostQuantised; ++q) {
+      units_.push_back(units(trigram_cost(tables.model(m), q)));
+    }
+  }
+}
+
+uint16_t HomeModels::units(double nats) const {
+  return static_cast<uint16_t>(std::lround(std::clamp(nats / unit_, 0.0, kMostUnits)));
+}
+
+// What a byte costs behind two that it does not follow in any text of the model.
+void HomeModels::add_byte_rows(const ModelTables& tables, const std::vector<int>& models) {
+  rows_.assign(kNbBytes * width_, 0);
+  std::vector<int> column_of(static_cast<size_t>(tables.nb_models()), -1);
+  for (size_t i = 0; i < models.size(); ++i) {
+    column_of[static_cast<size_t>(models[i])] = static_cast<int>(i);
+  }
+  for (int b = 0; b < kNbBytes; ++b) {
+    uint16_t* row = rows_.data() + static_cast<size_t>(b) * width_;
+    std::fill_n(row, nb_models_, units(Scorer::kUnseenCost));
+    for (const UnigramEntry& entry : tables.unigrams(static_cast<unsigned char>(b))) {
+      const int column = column_of[static_cast<size_t>(entry.model)];
+      if (column >= 0) row[column] = units(byte_cost(tables.model(entry.model), entry.q));
+    }
+  }
+}
+
+void HomeModels::set(uint32_t trigram, size_t column, int q) {
+  if (trigrams_.empty() || trigrams_.back() != trigram) {
+    trigrams_.push_back(trigram);
+    const size_t from = (trigram & 0xFF) * width_;
+    rows_.resize(rows_.size() + width_);
+    std::copy_n(rows_.begin() + static_cast<ptrdiff_t>(from), width_,
+                rows_.end() - static_cast<ptrdiff_t>(width_));
+  }
+  rows_[rows_.size() - width_ + column] =
+      units_[column * (kMostQuantised + 1) + static_cast<size_t>(q)];
+}
+
+void HomeModels::finish() {
+  const size_t size = std::bit_ceil(2 * trigrams_.size() + 2);
+  slots_.assign(size, Slot());
+  mask_ = size - 1;
+  shift_ = 32 - std::countr_zero(size);
+  for (size_t i = 0; i < trigrams_.size(); ++i) {
+    size_t at = slot_of(trigrams_[i]);
+    while (slots_[at & mask_].key != kEmpty) ++at;
+    slots_[at & mask_] = {trigrams_[i], static_cast<uint32_t>(kNbBytes + i)};
+  }
+  rows_.shrink_to_fit();
+  trigrams_ = {};
+  units_ = {};
+}
+
+void CostSums::add_row(const uint16_t* row) {
+  uint32_t* const sums = sums_.data();
+  const size_t width = sums_.size();
+  for (size_t k = 0; k < width; ++k) sums[k] += row[k];
+  if (++pending_ < kFoldAfter) return;
+  for (size_t k = 0; k < width; ++k) folded_[k] += std::exchange(sums[k], 0);
+  pending_ = 0;
+}
+
+void CostSums::add(std::string_view text, size_t from) {
+  const CmgModels& switches = models_->switches();
+  const bool ascii_only = models_->kind() == HomeModels::kAsciiOnly;
+  unsigned char before = 0;
+  unsigned char last = 0;
+  int seen = 0;
+  int run = 0;
+  int last_raw = -1;
+  for (size_t i = 0; i < text.size(); ++i) {
+    auto c = static_cast<unsigned char>(text[i]);
+    if (switches.rm_tridups != 0) {
+      run = c == last_raw ? run + 1 : 1;
+      last_raw = c;
+      if (run > kLongestRun) continue;
+    }
+    if (switches.rm_caps != 0 && c >= 'A' && c <= 'Z') c = static_cast<unsigned char>(c + 32);
+    if (switches.rm_digits != 0 && c >= '0' && c <= '9') continue;
+    if (switches.rm_blks != 0 && is_blank(c)) continue;
+    if (seen < 2) {
+      ++seen;
+    } else if (i >= from && (!ascii_only || (before | last | c) < 0x80)) {
+      add_row(models_->row(before, last, c));
+    }
+    before = last;
+    last = c;
+  }
+}
+
+}  // namespace orva

@@ -1,0 +1,116 @@
+// HomeModels: what text costs under some models of a group, by rows of complete costs.
+//
+//   orva::HomeModels models(tables, {0, 7}, orva::HomeModels::kAnyBytes);
+//   tables.for_each_trigram([&](auto a, auto b, auto c, int leaf) { ... models.set(...); });
+//   models.finish();
+//   orva::CostSums sums(models);
+//   sums.add(text, 0);
+//   double nats = sums.total(1);   // under model 7
+//
+// The automaton's values are turned around: a row holds what one trigram costs each of the models,
+// the cost of its last byte where a model does not know it. A text then costs one row a byte,
+// however many models of the group know its trigrams. Costs are rounded to 1/65535 of the largest
+// one.
+//
+// Life cycle: constructor, set for what the models know, trigram by trigram, finish; then constant.
+// Threads:    any number may read; CostSums are used by one at a time.
+#ifndef ORVA_LIB_DETECT_HOME_MODELS_H_
+#define ORVA_LIB_DETECT_HOME_MODELS_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lib/detect/model_tables.h"
+
+namespace orva {
+
+class HomeModels {
+ public:
+  // Which trigrams are scored; the others cost nothing.
+  enum Kind { kAnyBytes, kAsciiOnly };
+
+  HomeModels(const ModelTables& tables, const std::vector<int>& models, Kind kind);
+
+  // The column'th model knows the trigram at the quantised cost `q`. Calls for one trigram follow
+  // each other.
+  void set(uint32_t trigram, size_t column, int q);
+  void finish();
+
+  static uint32_t trigram_of(unsigned char a, unsigned char b, unsigned char c) {
+    return static_cast<uint32_t>(a) << 16 | static_cast<uint32_t>(b) << 8 | c;
+  }
+
+  size_t nb_models() const { return nb_models_; }
+  size_t width() const { return width_; }
+  // Nats for one unit of a row.
+  double unit() const { return unit_; }
+  Kind kind() const { return kind_; }
+  const CmgModels& switches() const { return switches_; }
+
+  // width() costs, in units.
+  const uint16_t* row(unsigned char a, unsigned char b, unsigned char c) const {
+    const uint32_t key = trigram_of(a, b, c);
+    for (size_t at = slot_of(key);; ++at) {
+      const Slot& slot = slots_[at & mask_];
+      if (slot.key == key) return rows_.data() + size_t{slot.row} * width_;
+      if (slot.key == kEmpty) return rows_.data() + size_t{c} * width_;
+    }
+  }
+
+ private:
+  static constexpr uint32_t kEmpty = ~0U;
+
+  struct Slot {
+    uint32_t key = kEmpty;
+    uint32_t row = 0;
+  };
+
+  size_t slot_of(uint32_t key) const { return key * 2654435761U >> shift_; }
+
+  void add_byte_rows(const ModelTables& tables, const std::vector<int>& models);
+  uint16_t units(double nats) const;
+
+  size_t nb_models_;
+  size_t width_;
+  double unit_ = 0;
+  Kind kind_;
+  const CmgModels& switches_;
+  std::vector<uint16_t> rows_;      // of the 256 bytes, then of the trigrams
+  std::vector<uint32_t> trigrams_;  // of the rows behind those of the bytes; empty when finished
+  std::vector<uint16_t> units_;     // of trigram costs, by column and quantised cost
+  std::vector<Slot> slots_;
+  size_t mask_ = 0;
+  int shift_ = 0;
+};
+
+// The cost of a text, added up.
+class CostSums {
+ public:
+  explicit CostSums(const HomeModels& models)
+      : models_(&models), sums_(models.width(), 0), folded_(models.width(), 0) {}
+
+  // The trigrams of `text` that end at `from` or behind it. The text is normalised as the group
+  // asks: runs cut, capitals folded, digits and blanks removed.
+  void add(std::string_view text, size_t from);
+  // Nats, under the models'th of the models.
+  double total(size_t model) const {
+    return static_cast<double>(folded_[model] + sums_[model]) * models_->unit();
+  }
+
+ private:
+  // So many rows cannot overflow 32 bits.
+  static constexpr uint32_t kFoldAfter = 65536;
+
+  void add_row(const uint16_t* row);
+
+  const HomeModels* models_;
+  std::vector<uint32_t> sums_;  // of the rows since the last fold
+  std::vector<uint64_t> folded_;
+  uint32_t pending_ = 0;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_HOME_MODELS_H_

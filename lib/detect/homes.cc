@@ -1,0 +1,80 @@
+#include "lib/detect/homes.h"
+
+#include <algorithm>
+
+#include "lib/detect/charset_table.h"
+
+namespace orva {
+
+namespace {
+
+// Which model a language is asked through: a single-byte one before its UTF-8 one.
+int home_rank(int charset) {
+  if (charset < 0) return 0;
+  if (kCharsets[charset].flags == 0 || charset == find_charset_index("US-ASCII")) return 0;
+  if (charset == find_charset_index("UTF-8")) return 1;
+  const bool plain =
+      single_byte_table(charset) != nullptr && (kCharsets[charset].flags & kAsciiCompatible) != 0;
+  return plain ? 2 : 0;
+}
+
+}  // namespace
+
+Homes::Homes(const ModelTables& tables) {
+  std::vector<int> home_model(tables.languages().size(), -1);
+  for (int i = 0; i < tables.nb_models(); ++i) {
+    int& home = home_model[static_cast<size_t>(tables.model(i).language)];
+    const int rank = home_rank(tables.model(i).charset);
+    if (rank > (home < 0 ? 0 : home_rank(tables.model(home).charset))) home = i;
+  }
+  std::vector<int> charsets;  // each once
+  std::vector<int> models;
+  for (size_t l = 0; l < home_model.size(); ++l) {
+    scripts_.push_back(script_of_language(tables.languages()[l]));
+    if (home_model[l] < 0) continue;
+    languages_.push_back(l);
+    models.push_back(home_model[l]);
+    const int charset = tables.model(home_model[l]).charset;
+    if (std::find(charsets.begin(), charsets.end(), charset) == charsets.end()) {
+      charsets.push_back(charset);
+    }
+  }
+  ascii_ = std::make_unique<HomeModels>(tables, models, HomeModels::kAsciiOnly);
+  std::vector<Column> columns(static_cast<size_t>(tables.nb_indices()));
+  for (const int charset : charsets) {
+    std::vector<size_t> own;
+    std::vector<int> own_models;
+    for (size_t i = 0; i < languages_.size(); ++i) {
+      const ModelInfo& info = tables.model(models[i]);
+      if (info.charset != charset) continue;
+      const Column column = {homes_.size(), own.size(), i};
+      columns[static_cast<size_t>(models[i])] = column;
+      if (info.fact >= 0) columns[static_cast<size_t>(info.fact)] = column;
+      own.push_back(languages_[i]);
+      own_models.push_back(models[i]);
+    }
+    homes_.push_back({charset, std::move(own), HomeAlphabet(single_byte_table(charset)),
+                      HomeModels(tables, own_models, HomeModels::kAnyBytes)});
+  }
+  add_trigrams(tables, columns);
+}
+
+void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& columns) {
+  const auto visit = [&](unsigned char a, unsigned char b, unsigned char c, int leaf) {
+    const uint32_t trigram = HomeModels::trigram_of(a, b, c);
+    int count = 0;
+    const uint16_t* values = tables.leaf_values(leaf, &count);
+    for (int v = 0; v < count; ++v) {
+      const Column& column = columns[static_cast<size_t>(value_index(values[v]))];
+      if (column.home == Column::kNone) continue;
+      const int q = value_cost(values[v]);
+      homes_[column.home].models.set(trigram, column.own, q);
+      if ((a | b | c) < 0x80) ascii_->set(trigram, column.all, q);
+    }
+  };
+  tables.for_each_trigram(visit);
+  for (Home& home : homes_) home.models.finish();
+  ascii_->finish();
+}
+
+}  // namespace orva

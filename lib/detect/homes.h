@@ -1,0 +1,57 @@
+// Homes: the one model through which each language is asked, and the models of a charset together.
+//
+// Life cycle: made whole by the constructor, constant from then on.
+// Ownership:  belongs to its ModelTables.
+// Threads:    any number may read.
+#ifndef ORVA_LIB_DETECT_HOMES_H_
+#define ORVA_LIB_DETECT_HOMES_H_
+
+#include <memory>
+#include <vector>
+
+#include "lib/detect/home_models.h"
+#include "lib/detect/model_tables.h"
+#include "lib/detect/rewriting.h"
+#include "lib/detect/scripts.h"
+
+namespace orva {
+
+// The languages whose home has one charset.
+struct Home {
+  int charset;
+  std::vector<size_t> languages;
+  HomeAlphabet alphabet;
+  HomeModels models;  // in the order of `languages`
+};
+
+class Homes {
+ public:
+  explicit Homes(const ModelTables& tables);
+
+  const std::vector<Home>& all() const { return homes_; }
+  // The languages that have a home, and what ASCII costs in them.
+  const std::vector<size_t>& languages() const { return languages_; }
+  const HomeModels& ascii() const { return *ascii_; }
+  // By language.
+  const std::vector<Script>& scripts() const { return scripts_; }
+
+ private:
+  // Where the trigrams of an accumulator go: to a column of a home, and to one of ascii().
+  struct Column {
+    static constexpr size_t kNone = ~size_t{0};
+    size_t home = kNone;
+    size_t own = 0;
+    size_t all = 0;
+  };
+
+  void add_trigrams(const ModelTables& tables, const std::vector<Column>& columns);
+
+  std::vector<Home> homes_;
+  std::vector<size_t> languages_;
+  std::unique_ptr<HomeModels> ascii_;
+  std::vector<Script> scripts_;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_HOMES_H_

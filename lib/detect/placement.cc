@@ -1,0 +1,146 @@
+#include "lib/detect/placement.h"
+
+#include <algorithm>
+
+namespace orva {
+
+namespace {
+
+// Nats, for what is rarely seen in real text and often in wrong readings.
+constexpr double kSignWithin = 8;
+constexpr double kSignAtLetter = 5;
+constexpr double kCapitalWithin = 8;
+constexpr double kSmallBehindCapitals = 4;
+constexpr double kLetterAtDigit = 3;
+constexpr double kScriptsMixed = 6;
+// A text that has letters of a script but no word of it.
+constexpr double kLoneLetters = 8;
+// An exclamation mark behind a blank, and before anything else; what a bar between blanks is
+// cheaper.
+constexpr double kMarkBehindBlank = 2;
+constexpr double kMarkBefore = 3;
+constexpr double kBarBetweenBlanks = -4;
+// What the second of two brackets, and a sign behind its like, are cheaper.
+constexpr double kPairOfBrackets = -9;
+constexpr double kBracketAlone = 3;
+constexpr double kSameAgain = -4;
+constexpr size_t kLongestBracket = 80;
+// A single closing quotation mark, the apostrophe, at the beginning of a word; and opening ones
+// in a text without closing ones.
+constexpr double kClosingInFront = 4;
+constexpr double kUnclosed = 2;
+
+constexpr uint16_t kOpening = 0x201C;
+constexpr uint16_t kClosing = 0x201D;
+constexpr uint16_t kLow = 0x201E;  // opened with this, a phrase is closed with kOpening
+
+}  // namespace
+
+ByteCounts::ByteCounts(const std::vector<std::string>& texts) {
+  for (const std::string& text : texts) {
+    for (const char c : text) ++of[static_cast<unsigned char>(c)];
+  }
+  for (int b = 0; b < 256; ++b) {
+    if (of[b] != 0) present.push_back(static_cast<unsigned char>(b));
+  }
+}
+
+Placement::Placement(const Alphabet& alphabet, const ByteCounts& counts) : alphabet_(alphabet) {
+  bool opening = false;
+  bool closing = false;
+  for (const int b : counts.present) {
+    const ByteRole& role = alphabet_[b];
+    if (role.letter != 0) letters_ += counts.of[b];
+    if (!role.common) odd_ += counts.of[b];
+    opening = opening || role.value == kOpening;
+    closing = closing || role.value == kClosing || role.value == kLow;
+  }
+  unclosed_ = opening && !closing;
+}
+
+// Signs in which mainframe charsets differ, by what is around them: brackets come in pairs, the
+// same sign comes again, exclamation marks end a word, bars stand between blanks.
+double Placement::sign_place_cost(std::string_view text, size_t at) const {
+  const char sign = role_at(text, at).priced;
+  if (sign == ']') {
+    for (size_t back = 1; back <= kLongestBracket && back <= at; ++back) {
+      if (role_at(text, at - back).priced == '[') return kPairOfBrackets;
+    }
+    return kBracketAlone;
+  }
+  if (at == 0) return 0;
+  if (role_at(text, at - 1).priced == sign && sign != '[') return kSameAgain;
+  const bool begins = is_blank_at(text, at - 1);
+  const bool ends = is_blank_at(text, at + 1);
+  if (sign == '!') return (begins ? kMarkBehindBlank : 0) + (ends ? 0 : kMarkBefore);
+  return sign == '|' && begins && ends ? kBarBetweenBlanks : 0;
+}
+
+// What letters cost that do not follow each other in words.
+double Placement::letters_cost(const Place& place) {
+  const ByteRole& before = *place.before;
+  const ByteRole& last = *place.last;
+  const ByteRole& now = *place.now;
+  if (!last.is_letter()) return 0;
+  // ASCII alone is the same in all readings.
+  if (!before.outside_ascii && !last.outside_ascii && !now.outside_ascii) return 0;
+  if (now.kind == ByteRole::kDigit) {
+    return last.outside_ascii && !before.is_letter() ? kLetterAtDigit : 0;
+  }
+  if (!now.is_letter()) return 0;
+  double cost = now.foreign != last.foreign ? kScriptsMixed : 0;
+  if (now.kind == ByteRole::kCapital && last.kind == ByteRole::kSmall) cost += kCapitalWithin;
+  if (now.kind == ByteRole::kSmall && last.kind == ByteRole::kCapital &&
+      before.kind == ByteRole::kCapital) {
+    cost += kSmallBehindCapitals;
+  }
+  return cost;
+}
+
+double Placement::apart_cost(std::string_view text, size_t at) const {
+  const ByteRole& role = role_at(text, at);
+  const bool in_front = at > 0 && is_letter_at(text, at - 1);
+  const bool behind = is_letter_at(text, at + 1);
+  double cost = role.kind == ByteRole::kSign && in_front && behind ? kSignWithin : 0;
+  if ((role.apart & kBefore) != 0 && in_front) cost += kSignAtLetter;
+  if ((role.apart & kBehind) != 0 && behind) cost += kSignAtLetter;
+  return cost;
+}
+
+double Placement::cost(std::string_view text, size_t from, size_t to) const {
+  const ByteRole& line_end = alphabet_['\n'];
+  Place place = {&line_end, from > 1 ? &role_at(text, from - 2) : &line_end,
+                 from > 0 ? &role_at(text, from - 1) : &line_end};
+  double cost = 0;
+  for (size_t i = from; i < to; ++i) {
+    const ByteRole& role = role_at(text, i);
+    place = {place.last, place.now, &role};
+    cost += role.cost + letters_cost(place);
+    if (role.kind == ByteRole::kSign || role.apart != kNowhere) cost += apart_cost(text, i);
+    if (role.closes && is_blank_at(text, i - 1) && is_letter_at(text, i + 1)) {
+      cost += kClosingInFront;
+    }
+    if (role.priced != 0) cost += sign_place_cost(text, i);
+  }
+  return cost;
+}
+
+bool Placement::has_lone_letters(const std::vector<std::string>& texts) const {
+  bool any = false;
+  for (const std::string& text : texts) {
+    bool last = false;
+    for (size_t i = 0; i < text.size(); ++i) {
+      const bool now = role_at(text, i).foreign;
+      if (last && now) return false;
+      any = any || now;
+      last = now;
+    }
+  }
+  return any;
+}
+
+double Placement::whole_cost(const std::vector<std::string>& texts) const {
+  return (unclosed_ ? kUnclosed : 0) + (has_lone_letters(texts) ? kLoneLetters : 0);
+}
+
+}  // namespace orva

@@ -1,0 +1,181 @@
+#include "lib/detect/trials.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "lib/detect/charset_table.h"
+#include "lib/detect/focus.h"
+
+namespace orva {
+
+namespace {
+
+// A reading is not asked for where more of its letters are missing from a home, or where odd signs
+// outnumber its letters by more.
+constexpr double kMostMissing = 0.2;
+constexpr double kMostOdd = 1.5;
+
+// Bytes of a piece, and how many of the pieces that follow each other are asked about far apart.
+constexpr size_t kPiece = 32;
+constexpr size_t kStride = 16;
+
+}  // namespace
+
+bool lacks_letters(const Rewriting& rewriting, const Placement& placement) {
+  return static_cast<double>(rewriting.missing()) >
+         kMostMissing * static_cast<double>(placement.letters());
+}
+
+TrialText::TrialText(std::vector<std::string> texts)
+    : segments(std::move(texts)), counts(segments) {
+  std::vector<Piece> in_order;
+  for (size_t s = 0; s < segments.size(); ++s) {
+    for (size_t from = 0; from < segments[s].size(); from += kPiece) {
+      const size_t to = std::min(from + kPiece, segments[s].size());
+      in_order.push_back({s, context_before(segments[s], from), from, to});
+      length += to - from;
+    }
+  }
+  for (const size_t first : {0, 8, 4, 12, 2, 10, 6, 14, 1, 9, 5, 13, 3, 11, 7, 15}) {
+    for (size_t i = first; i < in_order.size(); i += kStride) pieces.push_back(in_order[i]);
+  }
+}
+
+// A reading in one home.
+struct Trials::InHome {
+  const Home* home;
+  Rewriting rewriting;
+  CostSums sums;
+  size_t length = 0;  // of the pieces asked about
+  bool alive = true;
+};
+
+struct Trials::Trial {
+  Reading* reading;
+  Placement placement;
+  std::vector<InHome> homes;
+  double extra = 0;   // of the pieces asked about, whatever the language is
+  size_t length = 0;  // of the pieces asked about
+  double least = kNoCost;
+  double behind = 0;  // the best, when it gave up
+  bool alive = true;
+};
+
+Trials::Trials(const Homes& homes, const TrialText& text, const std::vector<double>& base)
+    : homes_(homes), text_(text), base_(base) {}
+
+Trials::~Trials() = default;
+
+void Trials::add(Reading* reading) {
+  const Alphabet& alphabet = alphabet_of(reading->charsets.front());
+  Trial trial = {reading, Placement(alphabet, text_.counts), {}};
+  const Placement& placement = trial.placement;
+  if (static_cast<double>(placement.odd()) >
+      kMostOdd * (static_cast<double>(placement.letters()) + 1)) {
+    return;
+  }
+  for (const Home& home : homes_.all()) {
+    const bool possible = std::any_of(home.languages.begin(), home.languages.end(),
+                                      [&](size_t l) { return reading->possible[l]; });
+    if (!possible) continue;
+    const Rewriting rewriting(alphabet, home.alphabet, text_.counts);
+    if (!lacks_letters(rewriting, placement)) {
+      trial.homes.push_back({&home, rewriting, CostSums(home.models)});
+    }
+  }
+  if (!trial.homes.empty()) trials_.push_back(std::move(trial));
+}
+
+void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
+  const std::string& segment = text_.segments[piece.segment];
+  trial->extra += trial->placement.cost(segment, piece.from, piece.to);
+  trial->length += piece.to - piece.from;
+  for (InHome& in : trial->homes) {
+    if (!in.alive) continue;
+    written_.clear();
+    in.rewriting.append(segment, piece.context, piece.from, &written_);
+    const size_t from = written_.size();
+    in.rewriting.append(segment, piece.from, piece.to, &written_);
+    in.sums.add(written_, from);
+    in.length += piece.to - piece.from;
+  }
+}
+
+// Gives up homes that are neither near the cheapest nor near the likeliest of the languages.
+void Trials::compare(Trial* trial) const {
+  const std::vector<double>& language_extra = trial->reading->language_extra;
+  double least_in_all = kNoCost;
+  std::vector<std::pair<double, double>> least;  // by home: cost, and with what the language costs
+  trial->least = kNoCost;
+  for (const InHome& in : trial->homes) {
+    least.emplace_back(kNoCost, kNoCost);
+    for (size_t i = 0; i < in.home->languages.size() && in.alive; ++i) {
+      const size_t l = in.home->languages[i];
+      if (!trial->reading->possible[l]) continue;
+      const double cost = base_[l] + in.sums.total(i);
+      least.back().first = std::min(least.back().first, cost);
+      least.back().second = std::min(least.back().second, cost + language_extra[l]);
+    }
+    trial->least = std::min(trial->least, least.back().first);
+    least_in_all = std::min(least_in_all, least.back().second);
+  }
+  for (size_t h = 0; h < least.size(); ++h) {
+    trial->homes[h].alive =
+        least[h].first <= trial->least + margin_ || least[h].second <= least_in_all + margin_;
+  }
+  trial->least += trial->extra + trial->reading->prior;
+}
+
+void Trials::run() {
+  size_t asked = 0;
+  for (size_t until = 1; asked < text_.pieces.size(); until *= 2) {
+    until = std::min(until, text_.pieces.size());
+    double least = kNoCost;
+    for (Trial& trial : trials_) {
+      if (!trial.alive) continue;
+      for (size_t i = asked; i < until; ++i) ask(text_.pieces[i], &trial);
+      compare(&trial);
+      least = std::min(least, trial.least);
+    }
+    for (Trial& trial : trials_) {
+      if (!trial.alive) continue;
+      trial.behind = trial.least - least;
+      trial.alive = trial.behind <= margin_;
+    }
+    asked = until;
+  }
+  double best = kNoCost;
+  for (Trial& trial : trials_) {
+    settle(&trial);
+    if (trial.alive) best = std::min(best, trial.least);
+  }
+  for (const Trial& trial : trials_) {
+    if (!trial.alive) keep_behind(trial, best + trial.behind);
+  }
+}
+
+void Trials::settle(Trial* trial) const {
+  const auto stretch = [this](size_t length) {
+    return static_cast<double>(text_.length) / static_cast<double>(length);
+  };
+  Reading& reading = *trial->reading;
+  const double extra =
+      trial->extra * stretch(trial->length) + trial->placement.whole_cost(text_.segments);
+  trial->least = kNoCost;
+  for (const InHome& in : trial->homes) {
+    for (size_t i = 0; i < in.home->languages.size(); ++i) {
+      const size_t l = in.home->languages[i];
+      if (!reading.possible[l]) continue;
+      reading.costs[l] = base_[l] + in.sums.total(i) * stretch(in.length) + extra;
+      trial->least = std::min(trial->least, reading.costs[l] + reading.prior);
+    }
+  }
+}
+
+// What a little of the text tells about the rest is too rough to pass those that were asked on.
+void Trials::keep_behind(const Trial& trial, double least) {
+  const double missing = std::max(0.0, least - trial.least);
+  for (double& cost : trial.reading->costs) cost += missing;
+}
+
+}  // namespace orva

@@ -1,0 +1,77 @@
+// Trials: the single-byte readings of a text against each other.
+//
+// All readings are asked about a little of the text, those that are far behind give up, the others
+// are asked about twice as much, and so on. So most readings cost next to nothing, and the cost of
+// one that gave up is what it would be if the text went on as it began.
+//
+// Life cycle: add each reading, then run once.
+// Ownership:  homes, text and readings are not owned.
+// Threads:    one at a time.
+#ifndef ORVA_LIB_DETECT_TRIALS_H_
+#define ORVA_LIB_DETECT_TRIALS_H_
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "lib/detect/homes.h"
+#include "lib/detect/placement.h"
+#include "lib/detect/readings.h"
+#include "lib/detect/rewriting.h"
+
+namespace orva {
+
+// Whether a reading is not to be asked about in a home, for its letters are not there.
+bool lacks_letters(const Rewriting& rewriting, const Placement& placement);
+
+// What readings differ in, cut into pieces.
+struct TrialText {
+  struct Piece {
+    size_t segment;
+    size_t context;  // where the two bytes that models see in front of it begin
+    size_t from;
+    size_t to;
+  };
+
+  std::vector<std::string> segments;
+  ByteCounts counts;
+  std::vector<Piece> pieces;  // in the order in which they are asked about
+  size_t length = 0;          // of all pieces
+
+  explicit TrialText(std::vector<std::string> from);
+};
+
+class Trials {
+ public:
+  // `base` is added to the costs of each language.
+  Trials(const Homes& homes, const TrialText& text, const std::vector<double>& base);
+  ~Trials();
+  Trials(const Trials&) = delete;
+  Trials& operator=(const Trials&) = delete;
+
+  void add(Reading* reading);
+  // How far behind the best a reading gives up, in nats; infinity to ask all to the end.
+  void set_margin(double nats) { margin_ = nats; }
+  // Fills the costs of all readings.
+  void run();
+
+ private:
+  struct InHome;
+  struct Trial;
+
+  void ask(const TrialText::Piece& piece, Trial* trial);
+  void compare(Trial* trial) const;
+  void settle(Trial* trial) const;
+  static void keep_behind(const Trial& trial, double least);
+
+  const Homes& homes_;
+  const TrialText& text_;
+  const std::vector<double>& base_;
+  double margin_ = 60;
+  std::vector<Trial> trials_;
+  std::string written_;  // of one piece, in a home
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_TRIALS_H_
