@@ -24,8 +24,8 @@ inline constexpr ConfidenceWeights kCharsetWeights[kGrounds] = {
     {4.277, 0.000, 0.000, 0.000, 0.000, 0.000},      // nothing but ASCII
     {-1.938, 0.000, -0.137, 1.836, 0.410, 0.000},    // valid UTF-8
     {5.976, 0.000, 0.000, 0.000, 0.000, 0.000},      // the only reading
-    {-0.727, 1.288, -3.777, 0.011, -0.062, -0.749},  // a single-byte charset's cost
-    {-1.255, 1.679, 0.101, -0.294, 0.146, -0.235},   // a multi-byte charset's cost
+    {-0.745, 1.297, -3.717, 0.009, -0.058, -0.721},  // a single-byte charset's cost
+    {-0.619, 1.460, 0.110, -0.441, 0.380, -0.337},   // a multi-byte charset's cost
     {-2.719, 1.440, -0.034, 0.297, -0.401, -0.531},  // the cost of UTF-16 or UTF-32
 };
 
@@ -35,8 +35,8 @@ inline constexpr ConfidenceWeights kLanguageWeights[kGrounds] = {
     {-1.598, 0.409, -0.465, 0.029, 0.000, 0.000},   // nothing but ASCII
     {1.943, 0.857, -2.072, -0.809, 0.352, 0.000},   // valid UTF-8
     {2.384, 1.093, -0.411, -0.778, 0.625, 0.000},   // the only reading
-    {2.781, 1.148, -4.179, -1.065, 0.365, -0.259},  // a single-byte charset's cost
-    {4.169, 0.000, 0.000, 0.000, 0.000, 0.000},     // a multi-byte charset's cost
+    {2.839, 1.188, -4.020, -1.080, 0.308, -0.394},  // a single-byte charset's cost
+    {4.174, 0.000, 0.000, 0.000, 0.000, 0.000},     // a multi-byte charset's cost
     {0.502, 1.248, -0.192, -0.554, 0.289, 0.000},   // the cost of UTF-16 or UTF-32
 };
 
