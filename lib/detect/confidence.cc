@@ -8,12 +8,15 @@ namespace orva {
 
 namespace {
 
+long double log_of_more(double value) { return std::log1p(static_cast<long double>(value)); }
+
+// Extended precision, so that the last digit does not depend on the width of the machine.
 double confidence(const ConfidenceWeights& weights, double margin, const Grounds& grounds) {
-  const double score =
-      weights.constant + weights.margin * std::log1p(margin) / (1 + grounds.misfit) +
-      weights.shortness / (1 + grounds.length) + weights.length * std::log1p(grounds.length) +
-      weights.high * std::log1p(grounds.high) + weights.misfit * grounds.misfit;
-  return 1 / (1 + std::exp(-score));
+  const long double score =
+      weights.constant + weights.margin * log_of_more(margin) / (1 + grounds.misfit) +
+      weights.shortness / (1 + grounds.length) + weights.length * log_of_more(grounds.length) +
+      weights.high * log_of_more(grounds.high) + weights.misfit * grounds.misfit;
+  return static_cast<double>(1 / (1 + std::exp(-score)));
 }
 
 }  // namespace

@@ -82,7 +82,8 @@ void share_out(double probability, double scale, std::vector<Candidate>* candida
   all[0].probability = probability;
   double sum = 0;
   for (size_t i = 1; i < all.size(); ++i) {
-    all[i].probability = std::exp((all[1].cost - all[i].cost) / scale);
+    const long double times = (all[1].cost - all[i].cost) / scale;
+    all[i].probability = static_cast<double>(std::exp(times));
     sum += all[i].probability;
   }
   for (size_t i = 1; i < all.size(); ++i) {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "lib/detect/confidence_table.h"
+
 namespace orva {
 namespace {
 
@@ -51,6 +55,19 @@ TEST(Confidence, StaysBetweenNoneAndCertainty) {
         }
       }
     }
+  }
+}
+
+// The C libraries' doubles differ in the last digit between widths, extended precision does not.
+TEST(Confidence, IsThatOfExtendedPrecision) {
+  for (int i = 0; i < 20000; ++i) {
+    const size_t ground = static_cast<size_t>(i) % kGrounds;
+    const Grounds g = grounds(kEvery[ground], 0.37 * i, 1.0 + 3 * i);
+    const ConfidenceWeights& w = kCharsetWeights[ground];
+    const long double score = w.constant + w.margin * log1pl(g.margin) +
+                              w.shortness / (1 + g.length) + w.length * log1pl(g.length) +
+                              w.high * log1pl(g.high);
+    ASSERT_EQ(charset_confidence(g), static_cast<double>(1 / (1 + expl(-score)))) << i;
   }
 }
 
