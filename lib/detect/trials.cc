@@ -155,8 +155,9 @@ void Trials::run() {
 }
 
 void Trials::settle(Trial* trial) const {
+  // Of a text that is all ASCII there was nothing to ask about.
   const auto stretch = [this](size_t length) {
-    return static_cast<double>(text_.length) / static_cast<double>(length);
+    return length == 0 ? 1 : static_cast<double>(text_.length) / static_cast<double>(length);
   };
   Reading& reading = *trial->reading;
   const double extra =

@@ -75,6 +75,23 @@ TEST(CalibrationOfNoText, BytesAtRandomAreNeverConfidentText) {
   }
 }
 
+TEST(CalibrationOfAscii, AnAnswerHasAProbabilityWhereAsciiIsNotAllowed) {
+  Detector detector(builtin_models());
+  detector.restrictions().charsets.assign(static_cast<size_t>(kCharsetCount), 0);
+  for (const char* charset : {"windows-1252", "windows-1251"}) {
+    detector.restrictions().charsets[static_cast<size_t>(find_charset_index(charset))] = 1;
+    detector.reset();
+    detector.feed("The ferry leaves at nine and is back by noon.");
+    const Decision& decision = detector.finish();
+    ASSERT_FALSE(decision.candidates.empty());
+    for (const Candidate& candidate : decision.candidates) {
+      EXPECT_GE(candidate.probability, 0) << charset;
+      EXPECT_LE(candidate.probability, 1) << charset;
+      EXPECT_LT(candidate.cost, kNoCost) << charset;
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Evaluation, Calibration,
                          testing::Values(std::make_pair("full", size_t{4}),
                                          std::make_pair("w64", size_t{1})),
