@@ -77,9 +77,11 @@ TEST(CalibrationOfNoText, BytesAtRandomAreNeverConfidentText) {
 
 TEST(CalibrationOfAscii, AnAnswerHasAProbabilityWhereAsciiIsNotAllowed) {
   Detector detector(builtin_models());
-  detector.restrictions().charsets.assign(static_cast<size_t>(kCharsetCount), 0);
+  Restrictions allowed;
+  allowed.charsets.assign(static_cast<size_t>(kCharsetCount), 0);
   for (const char* charset : {"windows-1252", "windows-1251"}) {
-    detector.restrictions().charsets[static_cast<size_t>(find_charset_index(charset))] = 1;
+    allowed.charsets[static_cast<size_t>(find_charset_index(charset))] = 1;
+    detector.restrict(allowed);
     detector.reset();
     detector.feed("The ferry leaves at nine and is back by noon.");
     const Decision& decision = detector.finish();
