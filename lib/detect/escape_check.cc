@@ -17,16 +17,47 @@ constexpr unsigned char kLastGbRow = 0x77;
 
 bool is_graphic(unsigned char c) { return c >= 0x21 && c <= 0x7E; }
 
+// Bytes that begin something in text of no shift.
+bool is_special(unsigned char c) {
+  return c >= kHighBit || c == kEscape || c == kShiftOut || c == kShiftIn || c == '~';
+}
+
+// Position of the first special byte from `i` on. Blocks of a fixed size, looked through whole,
+// are what compilers turn into vector instructions.
+size_t skip_plain(std::string_view bytes, size_t i) {
+  constexpr size_t kBlock = 64;
+  for (; i + kBlock <= bytes.size(); i += kBlock) {
+    unsigned char specials = 0;
+    for (size_t k = 0; k < kBlock; ++k) {
+      const auto c = static_cast<unsigned char>(bytes[i + k]);
+      specials |= static_cast<unsigned char>(is_special(c) ? 1 : 0);
+    }
+    if (specials != 0) break;
+  }
+  while (i < bytes.size() && !is_special(static_cast<unsigned char>(bytes[i]))) ++i;
+  return i;
+}
+
 bool is_high_pair(const uint32_t* pairs, unsigned char lead, unsigned char trail) {
   return is_pair(pairs, lead | kHighBit, trail | kHighBit);
 }
 
 }  // namespace
 
+// Whether the next byte means itself, so that only one of a few can change anything.
+bool EscapeCheck::is_plain() const {
+  const bool iso = !iso_.in_escape && !iso_.out && !iso_.single_shift && iso_.lead == 0 &&
+                   (iso_.direct == kAscii || iso_.direct == kJisRoman);
+  const bool hz = hz_.lead == 0 && !hz_.tilde && !hz_.pairs;
+  return (iso || !iso_.valid) && (hz || !hz_.valid);
+}
+
 void EscapeCheck::feed(std::string_view bytes) {
-  for (const char c : bytes) {
+  for (size_t i = 0; i < bytes.size(); ++i) {
     if (!iso_.valid && !hz_.valid) return;
-    const auto b = static_cast<unsigned char>(c);
+    if (is_plain()) i = skip_plain(bytes, i);
+    if (i == bytes.size()) return;
+    const auto b = static_cast<unsigned char>(bytes[i]);
     if (b >= kHighBit) {
       iso_.valid = hz_.valid = false;
       return;

@@ -49,6 +49,7 @@ class EscapeCheck {
     uint64_t wide = 0;
   };
 
+  bool is_plain() const;
   void take_iso(unsigned char c);
   void take_escape(char c);
   bool designate(std::string_view sequence);

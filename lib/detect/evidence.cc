@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lib/detect/byte_blocks.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/single_byte_tables.h"
 
@@ -11,6 +12,7 @@ namespace orva {
 namespace {
 
 constexpr size_t kHeadSize = 16;
+constexpr size_t kAtOnce = 16384;
 
 struct Signature {
   std::string_view bytes;
@@ -71,19 +73,27 @@ Evidence::Evidence() {
 }
 
 void Evidence::reset() {
-  const bool watch = watch_parts_;
-  *this = Evidence();
-  watch_parts_ = watch;
+  length_ = 0;
+  std::fill(std::begin(counts_), std::end(counts_), 0);
+  head_.clear();
+  for (MultiByteCheck& check : multi_byte_) check.reset();
+  for (UnicodeCheck& check : unicode_) check.reset();
+  escapes_.reset();
+  parts_.reset();
 }
 
 void Evidence::feed(std::string_view bytes) {
   if (head_.size() < kHeadSize) head_.append(bytes.substr(0, kHeadSize - head_.size()));
   length_ += bytes.size();
-  for (const char c : bytes) ++counts_[static_cast<unsigned char>(c)];
-  for (MultiByteCheck& check : multi_byte_) check.feed(bytes);
-  for (UnicodeCheck& check : unicode_) check.feed(bytes);
-  escapes_.feed(bytes);
-  if (watch_parts_) parts_.feed(bytes);
+  count_bytes(bytes, counts_);
+  // A part at a time, so that it is still at hand for the last check.
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), kAtOnce))) {
+    const std::string_view part = bytes.substr(0, kAtOnce);
+    for (MultiByteCheck& check : multi_byte_) check.feed(part);
+    for (UnicodeCheck& check : unicode_) check.feed(part);
+    escapes_.feed(part);
+    if (watch_parts_) parts_.feed(part);
+  }
 }
 
 uint64_t Evidence::high() const {

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "lib/detect/byte_blocks.h"
 #include "lib/detect/double_byte_tables.h"
 #include "lib/detect/utf_codec.h"
 
@@ -18,13 +19,7 @@ bool within(unsigned char b, unsigned char low, unsigned char high) {
   return b >= low && b <= high;
 }
 
-int pair_length(const uint32_t* pairs, std::string_view bytes) {
-  if (bytes.size() < 2) return kCut;
-  return is_pair(pairs, at(bytes, 0), at(bytes, 1)) ? 2 : kNone;
-}
-
-// Whether some pair begins with `lead`, so that a lead byte at the very end can be told from a byte
-// that is never one.
+// A lead byte at the very end is cut when some pair begins with it; else it is never one.
 bool leads(const uint32_t* pairs, unsigned char lead) {
   for (int w = 0; w < 8; ++w) {
     if (pairs[(lead - 0x80) * 8 + w] != 0) return true;
@@ -33,10 +28,15 @@ bool leads(const uint32_t* pairs, unsigned char lead) {
 }
 
 int table_length(const uint32_t* pairs, std::string_view bytes) {
-  return leads(pairs, at(bytes, 0)) ? pair_length(pairs, bytes) : kNone;
+  if (bytes.size() >= 2) return is_pair(pairs, at(bytes, 0), at(bytes, 1)) ? 2 : kNone;
+  return leads(pairs, at(bytes, 0)) ? kCut : kNone;
 }
 
 int utf8_length(std::string_view bytes) {
+  // Letters of most alphabets take two bytes.
+  if (bytes.size() >= 2 && within(at(bytes, 0), 0xC2, 0xDF)) {
+    return within(at(bytes, 1), 0x80, 0xBF) ? 2 : kNone;
+  }
   const Character c = read_utf8(bytes.substr(0, 4));
   if (c.state == Character::kCut) return kCut;
   return c.state == Character::kGood ? static_cast<int>(c.length) : kNone;
@@ -66,7 +66,7 @@ int gb18030_length(std::string_view bytes) {
   const unsigned char lead = at(bytes, 0);
   if (!within(lead, 0x81, 0xFE)) return kNone;
   if (bytes.size() < 2) return kCut;
-  if (!within(at(bytes, 1), 0x30, 0x39)) return pair_length(kGbkPairs, bytes);
+  if (!within(at(bytes, 1), 0x30, 0x39)) return table_length(kGbkPairs, bytes);
   if (!within(lead, 0x81, 0x84) && !within(lead, 0x90, 0xE3)) return kNone;
   if (bytes.size() < 3) return kCut;
   if (!within(at(bytes, 2), 0x81, 0xFE)) return kNone;
@@ -83,6 +83,30 @@ int euc_tw_length(std::string_view bytes) {
     if (!within(at(bytes, i), 0xA1, 0xFE)) return kNone;
   }
   return 4;
+}
+
+// Calls `use` with what tells the length of a character of `kind` that is not ASCII.
+template <typename Use>
+auto with_length_of(MultiByteKind kind, Use use) {
+  switch (kind) {
+    case MultiByteKind::kUtf8:
+      return use([](std::string_view bytes) { return utf8_length(bytes); });
+    case MultiByteKind::kShiftJis:
+      return use([](std::string_view bytes) { return shift_jis_length(bytes); });
+    case MultiByteKind::kEucJp:
+      return use([](std::string_view bytes) { return euc_jp_length(bytes); });
+    case MultiByteKind::kGb18030:
+      return use([](std::string_view bytes) { return gb18030_length(bytes); });
+    case MultiByteKind::kBig5:
+      return use([](std::string_view bytes) { return table_length(kBig5Pairs, bytes); });
+    case MultiByteKind::kEucTw:
+      return use([](std::string_view bytes) { return euc_tw_length(bytes); });
+    case MultiByteKind::kEucKr:
+      return use([](std::string_view bytes) { return table_length(kCp949Pairs, bytes); });
+    case MultiByteKind::kJohab:
+      break;
+  }
+  return use([](std::string_view bytes) { return table_length(kJohabPairs, bytes); });
 }
 
 }  // namespace
@@ -111,45 +135,30 @@ const char* multi_byte_name(MultiByteKind kind) {
 
 int character_length(MultiByteKind kind, std::string_view bytes) {
   if (at(bytes, 0) < 0x80) return 1;
-  switch (kind) {
-    case MultiByteKind::kUtf8:
-      return utf8_length(bytes);
-    case MultiByteKind::kShiftJis:
-      return shift_jis_length(bytes);
-    case MultiByteKind::kEucJp:
-      return euc_jp_length(bytes);
-    case MultiByteKind::kGb18030:
-      return gb18030_length(bytes);
-    case MultiByteKind::kBig5:
-      return table_length(kBig5Pairs, bytes);
-    case MultiByteKind::kEucTw:
-      return euc_tw_length(bytes);
-    case MultiByteKind::kEucKr:
-      return table_length(kCp949Pairs, bytes);
-    case MultiByteKind::kJohab:
-      return table_length(kJohabPairs, bytes);
-  }
-  return kNone;
+  return with_length_of(kind, [bytes](auto length) { return length(bytes); });
 }
 
 // Reads whole characters and returns how many bytes they took; stops at a cut or a bad one.
-size_t MultiByteCheck::take(std::string_view bytes) {
-  size_t i = 0;
+template <typename Length>
+size_t MultiByteCheck::take_by(Length length_of, std::string_view bytes) {
+  size_t i = skip_ascii(bytes, 0);
   while (i < bytes.size()) {
-    if (at(bytes, i) < 0x80) {
-      ++i;
-      continue;
-    }
-    const int length = character_length(kind_, bytes.substr(i));
+    const int length = length_of(bytes.substr(i));
     if (length <= 0) {
       valid_ = length == kCut;
       break;
     }
     wide_ += length > 1 ? 1 : 0;
     i += static_cast<size_t>(length);
+    // Characters outside ASCII seldom stand alone.
+    if (i < bytes.size() && at(bytes, i) < 0x80) i = skip_ascii(bytes, i);
   }
   offset_ += i;
   return i;
+}
+
+size_t MultiByteCheck::take(std::string_view bytes) {
+  return with_length_of(kind_, [this, bytes](auto length) { return take_by(length, bytes); });
 }
 
 void MultiByteCheck::feed(std::string_view bytes) {

@@ -41,6 +41,8 @@ class MultiByteCheck {
  private:
   static constexpr size_t kLongest = 4;
   size_t take(std::string_view bytes);
+  template <typename Length>
+  size_t take_by(Length length_of, std::string_view bytes);
 
   MultiByteKind kind_;
   bool valid_ = true;

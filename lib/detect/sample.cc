@@ -1,5 +1,9 @@
 #include "lib/detect/sample.h"
 
+#include <algorithm>
+
+#include "lib/detect/byte_blocks.h"
+
 namespace orva {
 
 namespace {
@@ -29,14 +33,36 @@ void Sample::feed(std::string_view bytes) {
     text_ += head;
     bytes.remove_prefix(head.size());
   }
-  for (const char c : bytes) {
-    if (text_.size() >= kLimit) return;
+  while (!bytes.empty() && text_.size() < kLimit) {
+    bytes.remove_prefix(take_line(bytes));
+  }
+}
+
+// Takes bytes of the line under way, to its end when that is among `bytes`; returns how many.
+size_t Sample::take_line(std::string_view bytes) {
+  // Up to here a line is ended by nothing but its own end.
+  const size_t room = kLongestLine - std::min(kLongestLine, line_.size() + 1);
+  const std::string_view near = bytes.substr(0, room);
+  const size_t end = near.find('\n');
+  size_t taken = end == std::string_view::npos ? near.size() : end + 1;
+  line_ += bytes.substr(0, taken);
+  high_ = high_ || skip_ascii(near.substr(0, taken), 0) != taken;
+  if (end != std::string_view::npos) {
+    end_line();
+    return taken;
+  }
+  while (taken < bytes.size()) {
+    const char c = bytes[taken++];
     line_.push_back(c);
     if (static_cast<unsigned char>(c) >= 0x80) high_ = true;
     // A line is cut where no character is: behind a byte below 0x40.
     const bool full = line_.size() >= kLongestLine && static_cast<unsigned char>(c) < 0x30;
-    if (c == '\n' || full || line_.size() >= 2 * kLongestLine) end_line();
+    if (c == '\n' || full || line_.size() >= 2 * kLongestLine) {
+      end_line();
+      break;
+    }
   }
+  return taken;
 }
 
 void Sample::end_line() {

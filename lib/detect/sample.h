@@ -27,6 +27,7 @@ class Sample {
   std::string_view text();
 
  private:
+  size_t take_line(std::string_view bytes);
   void end_line();
 
   std::string text_;

@@ -35,6 +35,7 @@ class UnicodeCheck {
  private:
   static constexpr size_t kLongest = 4;
   size_t take(std::string_view bytes);
+  size_t take_units(std::string_view bytes);
 
   int width_;
   bool big_endian_;

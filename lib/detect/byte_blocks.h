@@ -1,0 +1,38 @@
+// Bytes looked at many at a time: what every pass over a document begins with.
+//
+//   i = orva::skip_ascii(bytes, i);      // the next byte above 0x7F, or the end
+//
+// Ownership: none; plain functions.
+// Threads:   any number.
+#ifndef ORVA_LIB_DETECT_BYTE_BLOCKS_H_
+#define ORVA_LIB_DETECT_BYTE_BLOCKS_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace orva {
+
+inline constexpr uint64_t kHighBits = 0x8080808080808080;
+
+// Eight bytes as one word.
+inline uint64_t word_at(std::string_view bytes, size_t i) {
+  uint64_t word;
+  memcpy(&word, bytes.data() + i, sizeof(word));
+  return word;
+}
+
+// Position of the first byte above 0x7F from `i` on; the size when there is none.
+inline size_t skip_ascii(std::string_view bytes, size_t i) {
+  while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == 0) i += 8;
+  while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
+  return i;
+}
+
+// Adds the occurrences of each byte to `counts`, which has 256 entries.
+void count_bytes(std::string_view bytes, uint64_t* counts);
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_BYTE_BLOCKS_H_
