@@ -278,7 +278,10 @@ void Decider::decide_by_cost(const Task& task, Decision* decision) {
   for (const auto& [candidate, grounds] : ranked) decision->candidates.push_back(candidate);
   decision->grounds = ranked.front().second;
   if (ranked.size() == 1) {
-    decision->grounds.ground = Ground::kAlone;
+    // Where the caller left only one, that it decodes the bytes says little: it has to fit.
+    const bool by_itself = task.restrictions.charsets.empty();
+    if (by_itself) decision->grounds.ground = Ground::kAlone;
+    decision->grounds.margin = by_itself ? 0 : kMostMargin;
   } else {
     decision->grounds.margin = std::min(ranked[1].first.cost - ranked[0].first.cost, kMostMargin);
   }

@@ -9,6 +9,7 @@
 #include "lib/accuracy/tally.h"
 #include "lib/detect/builtin_models.h"
 #include "lib/detect/charset_table.h"
+#include "lib/detect/converter.h"
 #include "lib/detect/detector.h"
 #include "tests/support/temp_dir.h"
 
@@ -92,6 +93,24 @@ TEST(CalibrationOfAscii, AnAnswerHasAProbabilityWhereAsciiIsNotAllowed) {
       EXPECT_LT(candidate.cost, kNoCost) << charset;
     }
   }
+}
+
+TEST(CalibrationOfOneCharset, IsLikelyOnlyWhereItFits) {
+  const auto probability = [](const char* allowed, const char* utf8) {
+    Detector detector(builtin_models());
+    Restrictions one;
+    one.charsets.assign(static_cast<size_t>(kCharsetCount), 0);
+    one.charsets[static_cast<size_t>(find_charset_index(allowed))] = 1;
+    detector.restrict(one);
+    Conversion bytes;
+    encode_text(*find_charset("KOI8-R"), utf8, &bytes);
+    detector.feed(bytes.bytes);
+    const Decision& decision = detector.finish();
+    return decision.candidates.empty() ? 0 : decision.candidates.front().probability;
+  };
+  const char text[] = "Паром уходит в девять часов утра и к полудню возвращается с почтой.";
+  EXPECT_GT(probability("KOI8-R", text), 0.9);
+  EXPECT_LT(probability("windows-1252", text), 0.5);
 }
 
 INSTANTIATE_TEST_SUITE_P(Evaluation, Calibration,
