@@ -6,6 +6,7 @@
 
 #include "host/component_ids.h"
 #include "host/counters.h"
+#include "host/no_exceptions.h"
 #include "host/query_interface.h"
 #include "host/xpcom_detectors.h"
 
@@ -50,13 +51,15 @@ nsresult MyFactory::CreateInstance(nsISupports* aOuter, const nsIID& aIID, void*
   // Kept: the result is cleared only after this refusal.
   if (aOuter != nullptr) return NS_ERROR_NO_AGGREGATION;
   *aInstancePtr = nullptr;
-  if (mClassID.Equals(orva::kStreamingDetectorCID)) {
-    return orva::create_detector<nsOrvaXPCOMDetector>(aIID, aInstancePtr);
-  }
-  if (mClassID.Equals(orva::kStringDetectorCID)) {
-    return orva::create_detector<nsOrvaXPCOMStringDetector>(aIID, aInstancePtr);
-  }
-  return NS_ERROR_OUT_OF_MEMORY;
+  return orva::without_exceptions([&] {
+    if (mClassID.Equals(orva::kStreamingDetectorCID)) {
+      return orva::create_detector<nsOrvaXPCOMDetector>(aIID, aInstancePtr);
+    }
+    if (mClassID.Equals(orva::kStringDetectorCID)) {
+      return orva::create_detector<nsOrvaXPCOMStringDetector>(aIID, aInstancePtr);
+    }
+    return NS_ERROR_OUT_OF_MEMORY;
+  });
 }
 
 nsresult MyFactory::LockFactory(PRBool aLock) {

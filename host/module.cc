@@ -5,6 +5,7 @@
 #include "host/component_ids.h"
 #include "host/counters.h"
 #include "host/factory.h"
+#include "host/no_exceptions.h"
 #include "host/orva_detector.h"
 #include "host/query_interface.h"
 #include "platform/component_manager.h"
@@ -73,13 +74,18 @@ nsrefcnt nsOrvaCharDetModule::Release() { return orva::release(this, &mRefCnt); 
 
 nsresult nsOrvaCharDetModule::Initialize() {
   if (mInitialized != 0) return NS_OK;
-  const nsresult rv = nsOrvaDetector::Initialize();
+  const nsresult rv = orva::without_exceptions(nsOrvaDetector::Initialize);
   // Kept: also after a failure, so that it is never tried again.
   mInitialized = 1;
   return rv;
 }
 
-void nsOrvaCharDetModule::Shutdown() { nsOrvaDetector::Shutdown(); }
+void nsOrvaCharDetModule::Shutdown() {
+  orva::without_exceptions([] {
+    nsOrvaDetector::Shutdown();
+    return NS_OK;
+  });
+}
 
 nsresult nsOrvaCharDetModule::GetClassObject(nsIComponentManager* /*aCompMgr*/, const nsCID& aClass,
                                              const nsIID& aIID, void** aInstancePtr) {

@@ -2,8 +2,10 @@
 
 #include <prmem.h>
 
+#include <memory>
 #include <new>
 
+#include "host/no_exceptions.h"
 #include "lib/api/detection_run.h"
 #include "lib/api/markup.h"
 #include "lib/api/model_names.h"
@@ -112,8 +114,7 @@ nsresult nsOrvaDetector::LoadModelStructureFile(nsFileSpec& aSpec) {
   nsInputFileStream stream(aSpec, PR_RDONLY, orva::kAccessMode);
   if (!stream.is_open()) return NS_ERROR_FAILURE;
 
-  nsresult rv = NS_ERROR_OUT_OF_MEMORY;
-  try {
+  const nsresult rv = orva::without_exceptions([&stream] {
     orva::ModelNamesReader reader;
     reader.read = [&stream](void* buffer, int size) { return stream.read(buffer, size); };
     reader.allocate = [](int count) {
@@ -123,10 +124,9 @@ nsresult nsOrvaDetector::LoadModelStructureFile(nsFileSpec& aSpec) {
     reader.store = [](int index, const char* name) {
       orva::store_name(mModelEncoding, index, name);
     };
-    rv = orva::result_of(orva::read_model_names(reader, &mModelNum));
-  } catch (const std::bad_alloc&) {
-    // Whatever was read stays; an interface method must not throw.
-  }
+    // Whatever was read stays when memory ends.
+    return orva::result_of(orva::read_model_names(reader, &mModelNum));
+  });
   stream.close();
   return rv;
 }
@@ -150,8 +150,8 @@ void nsOrvaDetector::HandleData(const char* aBuf, unsigned int aLen) {
     // The caller's bytes are constant, whereas feeding rewrites what it is given.
     orva::feed_const_text(mGroupModel, aBuf, aLen);
   } else {
+    const std::unique_ptr<char, void (*)(void*)> owner(text, PR_Free);
     orva::feed_text(mGroupModel, text, length);
-    PR_Free(text);
   }
 
   const orva::RunScores run = orva::read_scores(mGroupModel, &mBestModel);

@@ -1,6 +1,7 @@
 #include <pratom.h>
 
 #include "host/counters.h"
+#include "host/no_exceptions.h"
 #include "host/query_interface.h"
 #include "host/xpcom_detectors.h"
 
@@ -30,18 +31,25 @@ nsresult nsOrvaXPCOMDetector::Init(nsICharsetDetectionObserver* aObserver) {
 
 nsresult nsOrvaXPCOMDetector::DoIt(const char* aBuf, PRUint32 aLen, PRBool* oDontFeedMe) {
   if (aBuf == nullptr || oDontFeedMe == nullptr) return NS_ERROR_INVALID_ARG;
-  HandleData(aBuf, aLen);
-  // Kept: told again with every block after the decision, and the host is never asked to stop.
-  if (mDone == 1) {
-    if (const char* charset = BestCharset(); charset != nullptr) Report(charset);
-  }
   *oDontFeedMe = PR_FALSE;
-  return NS_OK;
+  return orva::without_exceptions([&] {
+    HandleData(aBuf, aLen);
+    // Kept: told again with every block after the decision, and the host is never asked to stop.
+    if (mDone == 1) {
+      if (const char* charset = BestCharset(); charset != nullptr) Report(charset);
+    }
+    return NS_OK;
+  });
 }
 
 nsresult nsOrvaXPCOMDetector::Done() {
-  DataEnd();
-  return NS_OK;
+  const nsresult rv = orva::without_exceptions([this] {
+    DataEnd();
+    return NS_OK;
+  });
+  // An observer that cannot take the answer must not keep the evaluator from the next document.
+  if (NS_FAILED(rv)) mLock = 0;
+  return rv;
 }
 
 void nsOrvaXPCOMDetector::Report(const char* aCharset) {

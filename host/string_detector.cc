@@ -1,6 +1,7 @@
 #include <pratom.h>
 
 #include "host/counters.h"
+#include "host/no_exceptions.h"
 #include "host/query_interface.h"
 #include "host/xpcom_detectors.h"
 
@@ -22,12 +23,16 @@ nsresult nsOrvaXPCOMStringDetector::DoIt(const char* aBuf, PRUint32 aLen, const 
   // An answer without a place, and bytes that are not there, cannot be served.
   if (oCharset == nullptr || (aBuf == nullptr && aLen != 0)) return NS_ERROR_INVALID_ARG;
   mResult = nullptr;
-  HandleData(aBuf, aLen);
-  DataEnd();
+  const nsresult rv = orva::without_exceptions([&] {
+    HandleData(aBuf, aLen);
+    DataEnd();
+    return NS_OK;
+  });
   *oCharset = mResult;
   // Kept: the level is the same when there is no answer.
   oConf = eBestAnswer;
-  return NS_OK;
+  if (NS_FAILED(rv)) mLock = 0;
+  return rv;
 }
 
 void nsOrvaXPCOMStringDetector::Report(const char* aCharset) { mResult = aCharset; }

@@ -16,6 +16,7 @@ struct FakeLibrary {
   int best = -1;        // written by pemb_get_scores when `names_best`
   bool names_best = true;
   float ratio = 0;
+  const char* throws_in = "";  // the function that finds no memory, and throws
 
   // What it was asked.
   std::vector<std::string> opened;
