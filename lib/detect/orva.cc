@@ -43,9 +43,10 @@ int guarded(Body body) {
   }
 }
 
-char* copy_text(const std::string& text) {
-  char* copy = static_cast<char*>(malloc(text.size() + 1));
-  if (copy != nullptr) memcpy(copy, text.c_str(), text.size() + 1);
+char* copy_text(const char* text) {
+  const size_t size = strlen(text) + 1;
+  char* copy = static_cast<char*>(malloc(size));
+  if (copy != nullptr) memcpy(copy, text, size);
   return copy;
 }
 
@@ -186,7 +187,7 @@ OrvaModels* orva_open_models(const char* group_path, const char* names_path, cha
     std::string why;
     auto tables = orva::ModelTables::load_files(group_path, names_path, &why);
     if (tables != nullptr) return new OrvaModels{std::move(tables)};
-    if (error != nullptr) *error = copy_text(why);
+    if (error != nullptr) *error = copy_text(why.c_str());
   } catch (...) {
     if (error != nullptr) *error = copy_text(orva_error_text(ORVA_NO_MEMORY));
   }
