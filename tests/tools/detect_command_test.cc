@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/support/temp_dir.h"
 #include "tests/tools/run_orva.h"
@@ -124,6 +126,36 @@ TEST(DetectCommand, GivesTheNamesThatAReaderKnows) {
   const Ended classic =
       run_orva({"detect", "--classic", "--names", "python", "--models", models_dir(), text});
   EXPECT_EQ(classic.out, text + ": koi8-r ru\n") << classic.err;
+}
+
+// The largest memory that a program run from here took so far, in kilobytes.
+long peak() {
+  rusage usage;
+  getrusage(RUSAGE_CHILDREN, &usage);
+  return usage.ru_maxrss;
+}
+
+TEST(DetectCommand, AHugeFileIsReadWithinItsLimit) {
+  const TempDir dir;
+  const std::string huge = dir.file("huge", std::string(kRussianKoi8) + kRussianKoi8);
+  // A hole takes no room on the disk.
+  ASSERT_EQ(truncate(huge.c_str(), 1 << 30), 0);
+  const Ended run = run_orva({"detect", "--json", huge});
+  EXPECT_NE(run.out.find("\"bytes\":262144,"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("\"kind\":\"binary\""), std::string::npos) << run.out;
+}
+
+TEST(DetectCommand, MemoryDoesNotGrowWithWhatAllReads) {
+  const TempDir dir;
+  const std::string text = dir.file("text", kRussianKoi8);
+  ASSERT_EQ(run_orva({"detect", "--all", text}).status, 0);
+  const long before = peak();
+  std::string lines;
+  while (lines.size() < 20000000) lines += kRussianKoi8;
+  const Ended run = run_orva({"detect", "--all", "--json", dir.file("long", lines)});
+  EXPECT_NE(run.out.find("\"bytes\":" + std::to_string(lines.size())), std::string::npos);
+  EXPECT_NE(run.out.find("\"charset\":\"KOI8-R\""), std::string::npos) << run.out;
+  EXPECT_LT(peak() - before, 8000);
 }
 
 TEST(DetectCommand, BinaryDataHasNoCharset) {
