@@ -44,6 +44,7 @@ class Restrictions : public testing::Test {
   }
   std::string charset(const std::string& bytes) {
     EXPECT_EQ(orva_detect(detector_, bytes.data(), bytes.size(), &result_), ORVA_OK);
+    EXPECT_TRUE(result_.probability >= 0 && result_.probability <= 1) << result_.probability;
     return result_.charset == nullptr ? "none" : result_.charset;
   }
   // The answer when only `name` is allowed.
@@ -136,6 +137,11 @@ TEST_F(Restrictions, ANameForBothByteOrdersAllowsBothAndNamesOnlyMarkedText) {
   EXPECT_EQ(only("UTF-32", in("UTF-32BE", kFrench)), "UTF-32BE");
   ASSERT_EQ(allow({"UTF-16", "UTF-16LE"}), ORVA_OK);
   EXPECT_EQ(charset(mark_le + in("UTF-16LE", kFrench)), "UTF-16LE");
+}
+
+TEST_F(Restrictions, PlainTextKeepsItsLanguageWhereAnotherCharsetIsWanted) {
+  EXPECT_EQ(only("latin1", kPlain), "latin1");
+  EXPECT_STREQ(result_.language, "en");
 }
 
 TEST_F(Restrictions, TheFirstOfSeveralNamesForOneCharsetCounts) {
