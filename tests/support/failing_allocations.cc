@@ -63,5 +63,9 @@ void* operator new(size_t size) {
   return block;
 }
 
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  return fails() ? nullptr : __real_malloc(size == 0 ? 1 : size);
+}
+
 void operator delete(void* block) noexcept { free(block); }
 void operator delete(void* block, size_t) noexcept { free(block); }
