@@ -68,11 +68,34 @@ void CLidMGroupEval::make_index() {
     if (!index_->build(*group_)) index_.reset();
     if (index_ == nullptr) return;
     counter_ = std::make_unique<orva::RunCounter>(index_.get());
-    credits_.reserve(orva::RunCounter::kMaxRun);
+    credits_.prepare(*group_, *index_);
+    make_unigram_rows();
   } catch (const std::bad_alloc&) {
+    unigram_rows_.reset();
     counter_.reset();
     index_.reset();
   }
+}
+
+void CLidMGroupEval::make_unigram_rows() {
+  std::vector<int> facts;
+  for (int m = 0; m < nb_models_; ++m) {
+    const int fact = group_->models_part.models[m].fact_no;
+    facts.push_back(fact == -1 ? m : fact);
+  }
+  const UlpEntry* first[orva::kNbBytes];
+  int count[orva::kNbBytes];
+  for (int b = 0; b < orva::kNbBytes; ++b) {
+    first[b] = byte_first(b);
+    count[b] = byte_count(b);
+  }
+  unigram_rows_ = std::make_unique<orva::UnigramRows>();
+  if (!unigram_rows_->build(facts, credits_.lanes(), first, count)) unigram_rows_.reset();
+}
+
+void CLidMGroupEval::use_plain_vectors() {
+  credits_.use_plain_vectors();
+  if (unigram_rows_ != nullptr) unigram_rows_->use_plain_vectors();
 }
 
 CLidMGroupEval::~CLidMGroupEval() {
@@ -161,7 +184,7 @@ void CLidMGroupEval::run(const unsigned char* buf, int n) {
   walk(buf, 1);
   if (n == 1) return;
   counter_->count(before << 8 | buf[0], buf + 1, n - 1, byte_counts_);
-  const uint32_t credited = credits_.add(g, *index_, counter_->leaves());
+  const uint32_t credited = credits_.add(g, counter_->leaves());
   value_total_ = wrapping_add(value_total_, static_cast<int>(credited));
   g.walk_state = index_->state_after(static_cast<unsigned>(buf[n - 2]) << 8 | buf[n - 1]);
   g.walk_last_byte = buf[n - 1];
@@ -218,7 +241,26 @@ void CLidMGroupEval::int2flt() {
   }
 }
 
+void CLidMGroupEval::sum_unigram_rows() {
+  orva::DenseSums all;
+  for (int b = 0; b < orva::kNbBytes; ++b) {
+    if (byte_counts_[b] != 0) unigram_rows_->add(b, byte_counts_[b], credits_.row(b), &all);
+  }
+  for (int m = 0; m < nb_models_; ++m) {
+    const int lane = credits_.lane_of(m);
+    unigram_q_sum_[m] = all.sums[lane];
+    uint32_t count = all.counts[lane];
+    const int fact = group_->models_part.models[m].fact_no;
+    if (fact != -1) {
+      unigram_q_sum_[m] += all.sums[credits_.lane_of(fact)];
+      count += all.counts[credits_.lane_of(fact)];
+    }
+    unigram_count_[m] = static_cast<int>(count);
+  }
+}
+
 void CLidMGroupEval::sum_unigrams() {
+  if (unigram_rows_ != nullptr) return sum_unigram_rows();
   memset(unigram_q_sum_, 0, static_cast<size_t>(nb_indices_) * 4);
   memset(unigram_count_, 0, static_cast<size_t>(nb_indices_) * 4);
   for (int b = 0; b < orva::kNbBytes; ++b) {
@@ -226,8 +268,8 @@ void CLidMGroupEval::sum_unigrams() {
     const uint32_t* credited = credits_.row(b);
     const UlpEntry* entry = byte_first(b);
     for (int k = 0; k < byte_count(b); ++k, ++entry) {
-      uint32_t uncovered = byte_counts_[b] - credited[entry->model];
-      if (entry->group != entry->model) uncovered -= credited[entry->group];
+      uint32_t uncovered = byte_counts_[b] - credited[credits_.lane_of(entry->model)];
+      if (entry->group != entry->model) uncovered -= credited[credits_.lane_of(entry->group)];
       unigram_q_sum_[entry->model] += entry->q * uncovered;
       unigram_count_[entry->model] =
           wrapping_add(unigram_count_[entry->model], static_cast<int>(uncovered));

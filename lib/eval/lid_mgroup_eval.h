@@ -24,6 +24,7 @@
 #include "lib/eval/lid_mg_lang.h"
 #include "lib/eval/run_counter.h"
 #include "lib/eval/trigram_index.h"
+#include "lib/eval/unigram_rows.h"
 #include "lib/mgroup/lid_mgroup.h"
 
 class CLidMGroupEval : public CLidMGEvUlpAcs {
@@ -57,6 +58,10 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   // Bytes fed and trigram values credited since init.
   int total() const { return total_; }
   int value_total() const { return value_total_; }
+  // Computes as machines without wide vectors do, with the same results.
+  void use_plain_vectors();
+  // Whether unigram costs are summed by vectors.
+  bool has_unigram_rows() const { return unigram_rows_ != nullptr; }
   const CLidMGLang& languages() const { return *languages_; }
 
  private:
@@ -65,7 +70,9 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   void walk(const unsigned char* buf, int n);
   void run(const unsigned char* buf, int n);
   void take_credits();
+  void make_unigram_rows();
   void sum_unigrams();
+  void sum_unigram_rows();
 
   CLidMGroup* group_;
   int nb_models_;
@@ -88,7 +95,14 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   // Null when the automaton is no trie of trigrams and must be walked step by step.
   std::unique_ptr<orva::TrigramIndex> index_;
   std::unique_ptr<orva::RunCounter> counter_;
+  // Null when the entries are not those of a built group, too.
+  std::unique_ptr<orva::UnigramRows> unigram_rows_;
 };
+
+namespace orva {
+// sum + e^(reference - value), computed in extended precision and rounded once.
+float add_exponential(float sum, float reference, float value);
+}  // namespace orva
 
 // Ratio of model `k` among all models of the group. -1.0 when k is no model.
 float calcul_ratio_model(const CLidMGroup* group, const float* scores, int k);

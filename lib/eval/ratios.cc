@@ -14,10 +14,7 @@ constexpr float kWorstMember = 1000000.0F;
 // 1 over the sum of e^(reference - value) over all values.
 float soft_max(float reference, const float* values, int n) {
   float sum = 0;
-  for (int i = 0; i < n; ++i) {
-    const long double term = expl(static_cast<long double>(reference) - values[i]);
-    sum = static_cast<float>(sum + term);
-  }
+  for (int i = 0; i < n; ++i) sum = orva::add_exponential(sum, reference, values[i]);
   return 1.0F / sum;
 }
 
@@ -48,6 +45,21 @@ float language_ratio(const CLidMGLang* lang, const float* scores, int k, GroupSc
 }
 
 }  // namespace
+
+// The sum is rounded to 24 bits, so that 53 bits of the exponential nearly always tell it.
+float orva::add_exponential(float sum, float reference, float value) {
+  // Both the argument, where it is small, and the function err by less than this share.
+  constexpr long double kMostOff = 0x1p-45L;
+  constexpr double kSmall = 64;
+  const double x = static_cast<double>(reference) - static_cast<double>(value);
+  if (std::fabs(x) < kSmall) {
+    const long double term = exp(x);
+    const auto low = static_cast<float>(sum + term * (1 - kMostOff));
+    const auto high = static_cast<float>(sum + term * (1 + kMostOff));
+    if (low == high) return low;
+  }
+  return static_cast<float>(sum + expl(static_cast<long double>(reference) - value));
+}
 
 float calcul_ratio_model(const CLidMGroup* group, const float* scores, int k) {
   if (k < 0 || k >= group->nb_models) return kNoWinner;

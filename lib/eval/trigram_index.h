@@ -28,7 +28,7 @@ class TrigramIndex {
   // Identifiers of leaves are their numbers plus one; 0 stands for no leaf.
   static constexpr uint32_t kNone = 0;
 
-  struct Node {
+  struct alignas(64) Node {
     uint64_t bits[4];   // bytes that continue the pair
     uint32_t first[4];  // identifier of the first leaf of each word of bits
   };

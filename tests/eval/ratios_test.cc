@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -127,4 +128,24 @@ TEST(Winner, WithoutScoresTheBestIsLeftAlone) {
   int best = 9;
   EXPECT_EQ(eval.calcul_ratio(nullptr, &best), -1.0F);
   EXPECT_EQ(best, 9);
+}
+
+// Scores are compared bit for bit, so the quick way must round as the exact one does.
+TEST(Exponential, SumsAreThoseOfExtendedPrecision) {
+  std::mt19937 random(1);
+  const auto unit = [&random] { return static_cast<float>(random() % 16777216) / 16777216; };
+  for (int round = 0; round < 300000; ++round) {
+    const float spread = round % 3 == 0 ? 100.0F : 12.0F;
+    const float sum = round % 5 == 0 ? 0 : 3 * unit();
+    const float reference = spread * unit();
+    const float value = round % 7 == 0 ? reference : spread * unit();
+    const long double exact = sum + expl(static_cast<long double>(reference) - value);
+    ASSERT_EQ(orva::add_exponential(sum, reference, value), static_cast<float>(exact))
+        << sum << " " << reference << " " << value;
+  }
+  // Half way between two floats: the small term decides.
+  ASSERT_EQ(orva::add_exponential(0x1.000001p0F, 0, 17.5F),
+            static_cast<float>(0x1.000001p0F + expl(-17.5L)));
+  EXPECT_TRUE(std::isnan(orva::add_exponential(0, std::nanf(""), 1)));
+  EXPECT_TRUE(std::isinf(orva::add_exponential(0, 1e9F, 1)));
 }

@@ -110,7 +110,20 @@ class Maker {
             static_cast<uint8_t>(below(256))};
   }
 
+  // Values of some indices, each once; a share of them costs the most.
+  PlainLeaf built_leaf() {
+    PlainLeaf result;
+    const double share = chance(0.5) ? 0.1 : 0.6;
+    for (int i = 0; i < options_.nb_models + options_.nb_sets; ++i) {
+      if (result.values.size() == 127 || !chance(share)) continue;
+      const int q = chance(0.2) ? 255 : below(256);
+      result.values.push_back({static_cast<uint8_t>(i), static_cast<uint8_t>(q)});
+    }
+    return result;
+  }
+
   PlainLeaf leaf() {
+    if (options_.built) return built_leaf();
     PlainLeaf result;
     int count = below(6);
     if (options_.long_leaves && chance(0.1)) count = 120 + below(20);
@@ -185,10 +198,31 @@ class Maker {
     return state_of(context.substr(1));
   }
 
+  // Some sets share a byte's cost; of the others' models and those in no set most have one.
+  std::vector<PlainValue> built_unigrams() {
+    std::vector<PlainValue> run;
+    for (int m = 0; m < options_.nb_models; ++m) {
+      if (chance(0.8)) {
+        run.push_back({static_cast<uint8_t>(m), static_cast<uint8_t>(below(256))});
+      }
+    }
+    for (int set = 0; set < options_.nb_sets; ++set) {
+      const auto is_member = [&](const PlainValue& value) {
+        return value.first < options_.nb_models && group_.models[value.first].set == set;
+      };
+      if (std::any_of(run.begin(), run.end(), is_member) && chance(0.5)) continue;
+      run.erase(std::remove_if(run.begin(), run.end(), is_member), run.end());
+      run.push_back(
+          {static_cast<uint8_t>(options_.nb_models + set), static_cast<uint8_t>(below(256))});
+    }
+    return run;
+  }
+
   void make_unigrams() {
     for (const char c : options_.alphabet) {
       auto& run = group_.unigrams[static_cast<uint8_t>(c)];
-      for (int count = below(5); count > 0; --count) run.push_back(value());
+      if (options_.built) run = built_unigrams();
+      for (int count = options_.built ? 0 : below(5); count > 0; --count) run.push_back(value());
     }
   }
 

@@ -61,6 +61,9 @@ struct PlainOptions {
   std::string alphabet = "abcdef";
   double density = 0.3;  // share of all trigrams that have a leaf
   bool long_leaves = false;
+  // As a builder writes it: no index twice in a leaf, no model twice in a byte's costs; many
+  // values.
+  bool built = false;
 };
 
 PlainGroup random_group(std::mt19937* random, const PlainOptions& options);
