@@ -135,7 +135,7 @@ void Decider::settle(const Task& task, int charset, std::string_view text, Groun
                      Decision* decision) {
   Reading reading;
   reading.charsets.push_back(charset);
-  reading.costs = pricing_.price_utf8(text);
+  reading.costs = pricing_.price_utf8(text, task.restrictions.languages);
   Candidate candidate = best_of(task, reading, &decision->grounds);
   decision->grounds.ground = ground;
   decision->grounds.misfit = 0;

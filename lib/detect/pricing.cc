@@ -2,14 +2,12 @@
 
 #include <algorithm>
 
-#include "lib/detect/characters.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
 #include "lib/detect/rewriting.h"
 #include "lib/detect/sample.h"
 #include "lib/detect/trials.h"
-#include "lib/detect/utf_codec.h"
 
 namespace orva {
 
@@ -23,41 +21,15 @@ constexpr double kOtherAscii = 6;
 // The same, when the document's language is written in another script.
 constexpr double kOtherScript = 4;
 
+double least_cost(const Reading& reading) {
+  double least = kNoCost;
+  for (const double cost : reading.costs) least = std::min(least, cost + reading.prior);
+  return least;
+}
+
 bool has_cost(const Reading& reading) {
   return std::any_of(reading.costs.begin(), reading.costs.end(),
                      [](double cost) { return cost != kNoCost; });
-}
-
-}  // namespace
-
-namespace {
-
-size_t high_bytes(std::string_view text) {
-  return static_cast<size_t>(std::count_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }));
-}
-
-// The sample without markup, unless most of what tells charsets apart stands within tags.
-std::string text_of(std::string_view sample) {
-  std::string text = without_markup(sample);
-  return 2 * high_bytes(text) < high_bytes(sample) ? std::string(sample) : text;
-}
-
-// UTF-8 as the models know it, without capitals; its letters are counted by script.
-std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
-  std::string out;
-  out.reserve(text.size());
-  for (size_t at = 0; at < text.size();) {
-    const Character character = read_utf8(text.substr(at));
-    if (character.state != Character::kGood) {
-      out.push_back(text[at++]);
-      continue;
-    }
-    scripts->add(character.value);
-    append_utf8(small_letter(character.value), &out);
-    at += character.length;
-  }
-  return out;
 }
 
 }  // namespace
@@ -73,7 +45,7 @@ struct Pricing::Text {
 };
 
 Pricing::Pricing(const ModelTables& tables, Scorer* scorer)
-    : tables_(tables), scorer_(*scorer), homes_(tables.homes()) {}
+    : tables_(tables), scorer_(*scorer), homes_(tables.homes()), utf8_(tables, scorer) {}
 
 std::vector<double> Pricing::totals(const std::vector<std::string>& segments) {
   scorer_.reset();
@@ -109,30 +81,43 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
                     std::vector<Reading>* readings) {
   sample = with_few_high(sample, kMostHigh);
   priced_ = sample.size();
-  const std::string plain = normalised(text_of(sample));
+  const std::string plain = normalised(main_text(sample));
   Text text(high_segments(plain));
   price_ascii(plain, &text);
-  std::vector<double> direct;
   Trials trials(homes_, text.high, text.base);
   for (Reading& reading : *readings) {
     const uint32_t flags = kCharsets[reading.charsets.front()].flags;
     reading.costs.assign(tables_.languages().size(), kNoCost);
     mark_possible(text.high.counts, languages, &reading);
-    if (reading.table != nullptr && (flags & kEbcdic) == 0) {
+    if (reading.table == nullptr) continue;
+    if ((flags & kEbcdic) == 0) {
       trials.add(&reading);
       reading.language_extra = text.extra;
-    } else if (reading.table != nullptr) {
-      price_whole(sample, &reading);
     } else {
-      if ((flags & kMarkupSafe) != 0) {
-        if (direct.empty()) direct = totals(text.high.segments);
-        price_pairs(text, direct, &reading);
-      }
-      if (!has_cost(reading)) price_decoded(sample, &reading);
+      price_whole(sample, &reading);
+      drop_impossible(&reading);
     }
-    drop_impossible(&reading);
   }
   trials.run();
+  price_multi_byte(sample, text, languages, readings);
+}
+
+// The readings that take bytes together, from the likeliest charset on; those behind give up.
+void Pricing::price_multi_byte(std::string_view sample, const Text& text,
+                               const std::vector<char>& languages, std::vector<Reading>* readings) {
+  double best = kNoCost;
+  for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
+  std::vector<double> direct;
+  for (Reading& reading : *readings) {
+    if (reading.table != nullptr) continue;
+    if ((kCharsets[reading.charsets.front()].flags & kMarkupSafe) != 0) {
+      if (direct.empty()) direct = totals(text.high.segments);
+      price_pairs(text, direct, &reading);
+    }
+    if (!has_cost(reading)) price_decoded(sample, languages, best - reading.prior, &reading);
+    drop_impossible(&reading);
+    best = std::min(best, least_cost(reading));
+  }
 }
 
 // A language is possible if the caller allows it, it can be written in the reading's charsets and
@@ -196,27 +181,14 @@ void Pricing::price_pairs(const Text& text, const std::vector<double>& totals, R
 }
 
 // What no model is for is decoded and asked through UTF-8.
-void Pricing::price_decoded(std::string_view sample, Reading* reading) {
+void Pricing::price_decoded(std::string_view sample, const std::vector<char>& languages,
+                            double most, Reading* reading) {
   const Charset& charset = kCharsets[reading->charsets.front()];
   // Behind the head, a sample is made of lines, whose bytes need not stand in pairs.
   const bool units = (charset.flags & (kUtf16 | kUtf32)) != 0;
   Conversion utf8;
   decode_bytes(charset, units ? sample.substr(0, Sample::kHead) : sample, &utf8);
-  if (!utf8.bytes.empty()) reading->costs = price_utf8(utf8.bytes);
-}
-
-std::vector<double> Pricing::price_utf8(std::string_view text) {
-  ScriptCounts scripts;
-  const std::vector<double> all = totals({normalised(with_small_letters(text_of(text), &scripts))});
-  std::vector<double> costs(tables_.languages().size(), kNoCost);
-  const int utf8 = find_charset_index("UTF-8");
-  for (int i = 0; i < tables_.nb_models(); ++i) {
-    const ModelInfo& model = tables_.model(i);
-    const auto l = static_cast<size_t>(model.language);
-    if (model.charset != utf8 || !scripts.can_be(homes_.scripts()[l])) continue;
-    costs[l] = std::min(costs[l], all[static_cast<size_t>(i)]);
-  }
-  return costs;
+  if (!utf8.bytes.empty()) reading->costs = utf8_.price(utf8.bytes, languages, most);
 }
 
 }  // namespace orva

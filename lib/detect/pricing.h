@@ -20,6 +20,7 @@
 #include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
 #include "lib/detect/scorer.h"
+#include "lib/detect/utf8_pricing.h"
 
 namespace orva {
 
@@ -33,7 +34,9 @@ class Pricing {
              std::vector<Reading>* readings);
 
   // Costs by language of text that is already UTF-8.
-  std::vector<double> price_utf8(std::string_view text);
+  std::vector<double> price_utf8(std::string_view text, const std::vector<char>& languages) const {
+    return utf8_.price(text, languages, kNoCost);
+  }
 
   // Bytes of the last sample that was priced.
   size_t priced() const { return priced_; }
@@ -46,7 +49,10 @@ class Pricing {
   static void drop_impossible(Reading* reading);
   void price_whole(std::string_view sample, Reading* reading) const;
   void price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading);
-  void price_decoded(std::string_view sample, Reading* reading);
+  void price_multi_byte(std::string_view sample, const Text& text,
+                        const std::vector<char>& languages, std::vector<Reading>* readings);
+  void price_decoded(std::string_view sample, const std::vector<char>& languages, double most,
+                     Reading* reading);
   std::vector<double> totals(const std::vector<std::string>& segments);
   void price_ascii(std::string_view plain, Text* text) const;
 
@@ -54,6 +60,7 @@ class Pricing {
   const ModelTables& tables_;
   Scorer& scorer_;
   const Homes& homes_;
+  Utf8Pricing utf8_;
 };
 
 }  // namespace orva

@@ -13,6 +13,11 @@ constexpr size_t kLongestTag = 2048;
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
+size_t high_bytes(std::string_view text) {
+  return static_cast<size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }));
+}
+
 bool begins_tag(std::string_view text, size_t at) {
   if (at + 1 >= text.size()) return false;
   const char c = text[at + 1];
@@ -93,6 +98,11 @@ std::string without_markup(std::string_view text) {
     blank = now;
   }
   return out;
+}
+
+std::string main_text(std::string_view text) {
+  std::string plain = without_markup(text);
+  return 2 * high_bytes(plain) < high_bytes(text) ? std::string(text) : plain;
 }
 
 }  // namespace orva

@@ -39,6 +39,9 @@ class Sample {
 // ends within reach. Of a run of blanks one is kept.
 std::string without_markup(std::string_view text);
 
+// The same, unless most of what tells charsets apart stands within tags: then all of it.
+std::string main_text(std::string_view text);
+
 }  // namespace orva
 
 #endif  // ORVA_LIB_DETECT_SAMPLE_H_

@@ -1,0 +1,112 @@
+#include "lib/detect/utf8_pricing.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "lib/detect/characters.h"
+#include "lib/detect/charset_table.h"
+#include "lib/detect/focus.h"
+#include "lib/detect/readings.h"
+#include "lib/detect/sample.h"
+#include "lib/detect/scripts.h"
+#include "lib/detect/utf_codec.h"
+
+namespace orva {
+
+namespace {
+
+// Bytes of a piece, and how many of them are asked about first.
+constexpr size_t kPiece = 64;
+constexpr size_t kFirst = 8;
+
+// UTF-8 as the models know it, without capitals; its letters are counted by script.
+std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
+  std::string out;
+  out.reserve(text.size());
+  for (size_t at = 0; at < text.size();) {
+    const Character character = read_utf8(text.substr(at));
+    if (character.state != Character::kGood) {
+      out.push_back(text[at++]);
+      continue;
+    }
+    scripts->add(character.value);
+    append_utf8(small_letter(character.value), &out);
+    at += character.length;
+  }
+  return out;
+}
+
+// Feeds every `step`th piece of `text`, from the `first` one on; returns how many bytes.
+size_t feed_pieces(std::string_view text, size_t first, size_t step, Scorer* scorer) {
+  size_t fed = 0;
+  for (size_t from = first * kPiece; from < text.size(); from += step * kPiece) {
+    const std::string_view to_its_end = text.substr(0, from + kPiece);
+    const size_t context = context_before(text, from);
+    scorer->begin_segment();
+    scorer->feed(to_its_end.substr(context));
+    fed += to_its_end.size() - from;
+  }
+  return fed;
+}
+
+}  // namespace
+
+Utf8Pricing::Utf8Pricing(const ModelTables& tables, Scorer* scorer)
+    : tables_(tables), scorer_(*scorer) {
+  const int utf8 = find_charset_index("UTF-8");
+  for (int i = 0; i < tables.nb_models(); ++i) {
+    const ModelInfo& model = tables.model(i);
+    if (model.charset != utf8) continue;
+    columns_.push_back({static_cast<size_t>(i), static_cast<size_t>(model.language)});
+  }
+}
+
+std::vector<double> Utf8Pricing::costs_so_far(const std::vector<Column>& columns) const {
+  std::vector<double> costs(tables_.languages().size(), kNoCost);
+  const std::vector<double> totals = scorer_.totals();
+  for (const Column& column : columns) {
+    costs[column.language] = std::min(costs[column.language], totals[column.model]);
+  }
+  return costs;
+}
+
+// Whether more of the text would change nothing.
+bool Utf8Pricing::is_told(const std::vector<double>& costs, double most) const {
+  double least = kNoCost;
+  double next = kNoCost;
+  for (double cost : costs) {
+    if (cost < least) std::swap(cost, least);
+    next = std::min(next, cost);
+  }
+  return next >= least + margin_ || least >= most + margin_;
+}
+
+std::vector<double> Utf8Pricing::price(std::string_view text, const std::vector<char>& languages,
+                                       double most) const {
+  ScriptCounts scripts;
+  const std::string plain = normalised(with_small_letters(main_text(text), &scripts));
+  std::vector<Column> columns;
+  for (const Column& column : columns_) {
+    const Script script = tables_.homes().scripts()[column.language];
+    const bool allowed = languages.empty() || languages[column.language] != 0;
+    if (allowed && scripts.can_be(script)) columns.push_back(column);
+  }
+  scorer_.reset();
+  // Pieces this far apart are asked about so far: each time those halfway between them, twice.
+  size_t step = 1;
+  while (step * kFirst * kPiece < plain.size()) step *= 4;
+  size_t fed = feed_pieces(plain, 0, step, &scorer_);
+  std::vector<double> costs = costs_so_far(columns);
+  const auto share = [&] { return static_cast<double>(fed) / static_cast<double>(plain.size()); };
+  for (; step > 1 && !is_told(costs, most * share()); step /= 4) {
+    for (size_t k = 1; k < 4; ++k) fed += feed_pieces(plain, k * step / 4, step, &scorer_);
+    costs = costs_so_far(columns);
+  }
+  if (fed < plain.size()) {
+    for (double& cost : costs) cost /= share();
+  }
+  return costs;
+}
+
+}  // namespace orva

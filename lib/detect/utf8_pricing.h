@@ -1,0 +1,50 @@
+// Utf8Pricing: what a text in UTF-8 costs in each language that has a model for it.
+//
+// The models are asked about a little of the text, taken from all over it, then about four times as
+// much, and so on, until one language is far ahead of the others, or all are so far behind that the
+// text is none. So a long text costs hardly more time than a short one.
+//
+// Life cycle: one object for each detector; keeps no state between calls.
+// Ownership:  tables and scorer are the caller's.
+// Threads:    one at a time.
+#ifndef ORVA_LIB_DETECT_UTF8_PRICING_H_
+#define ORVA_LIB_DETECT_UTF8_PRICING_H_
+
+#include <string_view>
+#include <vector>
+
+#include "lib/detect/homes.h"
+#include "lib/detect/model_tables.h"
+#include "lib/detect/scorer.h"
+
+namespace orva {
+
+class Utf8Pricing {
+ public:
+  Utf8Pricing(const ModelTables& tables, Scorer* scorer);
+
+  // Costs of all of `text`, by language, in those that `languages`, by index, allows; empty allows
+  // all. A text that costs far more than `most` in all of them is not read to its end.
+  std::vector<double> price(std::string_view text, const std::vector<char>& languages,
+                            double most) const;
+  // How far a language must be ahead of the others, in nats; infinity asks about all of the text.
+  void set_margin(double nats) { margin_ = nats; }
+
+ private:
+  struct Column {
+    size_t model;
+    size_t language;
+  };
+
+  std::vector<double> costs_so_far(const std::vector<Column>& columns) const;
+  bool is_told(const std::vector<double>& costs, double most) const;
+
+  const ModelTables& tables_;
+  Scorer& scorer_;
+  std::vector<Column> columns_;  // the models of UTF-8
+  double margin_ = 80;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_UTF8_PRICING_H_
