@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lib/detect/charset_table.h"
+#include "lib/detect/scripts.h"
 #include "lib/detect/single_byte_tables.h"
 
 namespace orva {
@@ -99,6 +100,7 @@ Alphabet::Alphabet(const uint16_t* table, bool mainframe) {
     roles_[b] = role_of(b, table[b], mainframe);
     roles_[b].value = table[b];
     roles_[b].outside_ascii = table[b] >= 0x80;
+    roles_[b].scripts = scripts_of_letter(table[b]);
   }
 }
 

@@ -29,6 +29,7 @@ struct ByteRole {
   bool quotes = false;   // an apostrophe or a quotation mark
   bool closes = false;   // an apostrophe that may close a phrase
   bool common = true;    // false for signs that are not found in all kinds of text
+  uint32_t scripts = 0;  // of a letter: a bit for each script that it can be of
   double cost = 0;       // nats, of what the models are not shown
 
   bool is_letter() const { return kind == kSmall || kind == kCapital; }

@@ -63,6 +63,35 @@ const Signature* mark_of(std::string_view head) {
 
 bool is_private(uint16_t value) { return value >= 0xE000 && value < 0xF8FF; }
 
+// A bit for each byte that text in a single-byte charset does not hold, and for each that is a
+// control.
+struct ForeignBytes {
+  uint64_t always[4] = {};
+  uint64_t controls[4] = {};
+
+  explicit ForeignBytes(const uint16_t* table) {
+    for (unsigned b = 0; table != nullptr && b < 256; ++b) {
+      const uint16_t value = table[b];
+      const bool control = value >= 0x80 && value < 0xA0;
+      // Lines of a mainframe's text are often set apart by the system that stores it.
+      if (b == '\n' && control) continue;
+      const uint64_t bit = uint64_t{1} << b % 64;
+      if (value == kNoCharacter || is_private(value)) always[b / 64] |= bit;
+      // Newlines of EBCDIC decode to one of these controls.
+      if (control && value != 0x85) controls[b / 64] |= bit;
+    }
+  }
+};
+
+const ForeignBytes& foreign_to(int charset) {
+  static const std::vector<ForeignBytes> all = [] {
+    std::vector<ForeignBytes> made;
+    for (int c = 0; c < kCharsetCount; ++c) made.emplace_back(single_byte_table(c));
+    return made;
+  }();
+  return all[static_cast<size_t>(charset)];
+}
+
 }  // namespace
 
 Evidence::Evidence() {
@@ -75,6 +104,7 @@ Evidence::Evidence() {
 void Evidence::reset() {
   length_ = 0;
   std::fill(std::begin(counts_), std::end(counts_), 0);
+  std::fill(std::begin(present_), std::end(present_), 0);
   head_.clear();
   for (MultiByteCheck& check : multi_byte_) check.reset();
   for (UnicodeCheck& check : unicode_) check.reset();
@@ -86,6 +116,7 @@ void Evidence::feed(std::string_view bytes) {
   if (head_.size() < kHeadSize) head_.append(bytes.substr(0, kHeadSize - head_.size()));
   length_ += bytes.size();
   count_bytes(bytes, counts_);
+  for (size_t b = 0; b < 256; ++b) present_[b / 64] |= uint64_t{counts_[b] != 0} << b % 64;
   // A part at a time, so that it is still at hand for the last check.
   for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), kAtOnce))) {
     const std::string_view part = bytes.substr(0, kAtOnce);
@@ -124,18 +155,14 @@ bool Evidence::has_binary_signature() const {
   });
 }
 
-bool Evidence::table_decodes(const uint16_t* table, bool with_controls) const {
-  for (int b = 0; b < 256; ++b) {
-    if (counts_[b] == 0) continue;
-    const uint16_t value = table[b];
-    // Lines of a mainframe's text are often set apart by the system that stores it.
-    if (b == '\n' && value >= 0x80 && value < 0xA0) continue;
-    if (value == kNoCharacter) return false;
-    // Newlines of EBCDIC decode to one of these controls.
-    if (value >= 0x80 && value < 0xA0 && value != 0x85 && !with_controls) return false;
-    if (is_private(value)) return false;
+bool Evidence::table_decodes(int charset, bool with_controls) const {
+  const ForeignBytes& foreign = foreign_to(charset);
+  uint64_t found = 0;
+  for (size_t w = 0; w < 4; ++w) {
+    found |= present_[w] & foreign.always[w];
+    if (!with_controls) found |= present_[w] & foreign.controls[w];
   }
-  return true;
+  return found == 0;
 }
 
 bool Evidence::part_decodes(int charset) const {
@@ -144,8 +171,7 @@ bool Evidence::part_decodes(int charset) const {
 }
 
 bool Evidence::decodes(int charset, bool with_controls) const {
-  const uint16_t* table = single_byte_table(charset);
-  if (table != nullptr) return table_decodes(table, with_controls);
+  if (single_byte_table(charset) != nullptr) return table_decodes(charset, with_controls);
   if ((kCharsets[charset].flags & kPart) != 0) return part_decodes(charset);
   const char* name = kCharsets[charset].iana;
   for (const MultiByteCheck& check : multi_byte_) {

@@ -56,10 +56,11 @@ class Evidence {
 
  private:
   bool part_decodes(int charset) const;
-  bool table_decodes(const uint16_t* table, bool with_controls) const;
+  bool table_decodes(int charset, bool with_controls) const;
 
   uint64_t length_ = 0;
   uint64_t counts_[256] = {};
+  uint64_t present_[4] = {};  // a bit for each byte that occurs
   std::string head_;
   std::vector<MultiByteCheck> multi_byte_;
   std::vector<UnicodeCheck> unicode_;

@@ -98,6 +98,7 @@ void CostSums::add_row(const uint16_t* row) {
   const size_t width = sums_.size();
   for (size_t k = 0; k < width; ++k) sums[k] += row[k];
   if (++pending_ < kFoldAfter) return;
+  folded_.resize(width, 0);
   for (size_t k = 0; k < width; ++k) folded_[k] += std::exchange(sums[k], 0);
   pending_ = 0;
 }

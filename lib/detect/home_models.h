@@ -88,15 +88,15 @@ class HomeModels {
 // The cost of a text, added up.
 class CostSums {
  public:
-  explicit CostSums(const HomeModels& models)
-      : models_(&models), sums_(models.width(), 0), folded_(models.width(), 0) {}
+  explicit CostSums(const HomeModels& models) : models_(&models), sums_(models.width(), 0) {}
 
   // The trigrams of `text` that end at `from` or behind it. The text is normalised as the group
   // asks: runs cut, capitals folded, digits and blanks removed.
   void add(std::string_view text, size_t from);
   // Nats, under the models'th of the models.
   double total(size_t model) const {
-    return static_cast<double>(folded_[model] + sums_[model]) * models_->unit();
+    const uint64_t folded = folded_.empty() ? 0 : folded_[model];
+    return static_cast<double>(folded + sums_[model]) * models_->unit();
   }
 
  private:
@@ -106,8 +106,8 @@ class CostSums {
   void add_row(const uint16_t* row);
 
   const HomeModels* models_;
-  std::vector<uint32_t> sums_;  // of the rows since the last fold
-  std::vector<uint64_t> folded_;
+  std::vector<uint32_t> sums_;    // of the rows since the last fold
+  std::vector<uint64_t> folded_;  // empty before the first fold
   uint32_t pending_ = 0;
 };
 

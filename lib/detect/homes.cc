@@ -57,6 +57,15 @@ Homes::Homes(const ModelTables& tables) {
                       HomeModels(tables, own_models, HomeModels::kAnyBytes)});
   }
   add_trigrams(tables, columns);
+  rewritings_ = std::make_unique<Rewritings[]>(static_cast<size_t>(kCharsetCount));
+}
+
+const Rewriting& Homes::rewriting(int charset, size_t home) const {
+  Rewritings& all = rewritings_[static_cast<size_t>(charset)];
+  std::call_once(all.made, [&] {
+    for (const Home& h : homes_) all.in_home.emplace_back(alphabet_of(charset), h.alphabet);
+  });
+  return all.in_home[home];
 }
 
 void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& columns) {

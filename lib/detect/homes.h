@@ -7,6 +7,7 @@
 #define ORVA_LIB_DETECT_HOMES_H_
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "lib/detect/home_models.h"
@@ -32,6 +33,8 @@ class Homes {
   // The languages that have a home, and what ASCII costs in them.
   const std::vector<size_t>& languages() const { return languages_; }
   const HomeModels& ascii() const { return *ascii_; }
+  // How texts of a single-byte charset are written in the home'th home. Made at its first use.
+  const Rewriting& rewriting(int charset, size_t home) const;
   // By language.
   const std::vector<Script>& scripts() const { return scripts_; }
 
@@ -44,12 +47,19 @@ class Homes {
     size_t all = 0;
   };
 
+  // The rewritings of one charset, by home.
+  struct Rewritings {
+    std::once_flag made;
+    std::vector<Rewriting> in_home;
+  };
+
   void add_trigrams(const ModelTables& tables, const std::vector<Column>& columns);
 
   std::vector<Home> homes_;
   std::vector<size_t> languages_;
   std::unique_ptr<HomeModels> ascii_;
   std::vector<Script> scripts_;
+  std::unique_ptr<Rewritings[]> rewritings_;  // by charset
 };
 
 }  // namespace orva

@@ -126,14 +126,16 @@ void Pricing::mark_possible(const ByteCounts& counts, const std::vector<char>& l
                             Reading* reading) const {
   const bool ebcdic = (kCharsets[reading->charsets.front()].flags & kEbcdic) != 0;
   const bool counted = reading->table != nullptr && !ebcdic;
-  ScriptCounts scripts;
+  // Latin letters need not be there: ASCII is not counted.
+  uint32_t scripts = script_bit(kLatin) | script_bit(kAnyScript);
   if (counted) {
-    for (const unsigned char b : counts.present) scripts.add(reading->table[b]);
+    const Alphabet& alphabet = alphabet_of(reading->charsets.front());
+    for (const unsigned char b : counts.present) scripts |= alphabet[b].scripts;
   }
   bool can[kAnyScript + 1];
   for (int s = 0; s <= kAnyScript; ++s) {
     const auto script = static_cast<Script>(s);
-    can[s] = (!counted || scripts.has(script)) &&
+    can[s] = (!counted || (scripts & script_bit(script)) != 0) &&
              std::any_of(reading->charsets.begin(), reading->charsets.end(),
                          [&](int charset) { return can_write(charset, script); });
   }
@@ -157,9 +159,10 @@ void Pricing::price_whole(std::string_view sample, Reading* reading) const {
   const Alphabet& alphabet = alphabet_of(reading->charsets.front());
   const Placement placement(alphabet, counts);
   const double extra = placement.cost(sample, 0, sample.size());
-  for (const Home& home : homes_.all()) {
-    const Rewriting rewriting(alphabet, home.alphabet, counts);
-    if (lacks_letters(rewriting, placement)) continue;
+  for (size_t h = 0; h < homes_.all().size(); ++h) {
+    const Home& home = homes_.all()[h];
+    const Rewriting& rewriting = homes_.rewriting(reading->charsets.front(), h);
+    if (lacks_letters(rewriting, counts, placement)) continue;
     CostSums sums(home.models);
     sums.add(normalised(without_markup(rewriting.apply(sample))), 0);
     for (size_t i = 0; i < home.languages.size(); ++i) {

@@ -18,7 +18,7 @@ bool looks_unlike(const Evidence& evidence, int charset) {
   const uint32_t flags = kCharsets[charset].flags;
   if ((flags & (kUtf16 | kUtf32)) == 0) return evidence.count(0) != 0;
   for (const UnicodeCheck& check : evidence.unicode()) {
-    if (find_charset_index(check.charset()) != charset) continue;
+    if (std::string_view(check.charset()) != kCharsets[charset].iana) continue;
     return check.characters() < kFewestUnicode || check.cost() > kMostUnicodeCost;
   }
   return true;
@@ -27,6 +27,7 @@ bool looks_unlike(const Evidence& evidence, int charset) {
 // What the bytes that occur decode to.
 std::vector<uint16_t> fingerprint(const Evidence& evidence, const uint16_t* table) {
   std::vector<uint16_t> print;
+  print.reserve(256);
   for (int b = 0; b < 256; ++b) {
     if (evidence.count(static_cast<unsigned char>(b)) != 0) print.push_back(table[b]);
   }

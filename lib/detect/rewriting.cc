@@ -51,18 +51,22 @@ bool Rewriting::put_letter(uint16_t letter, const HomeAlphabet& home, Form* form
   return true;
 }
 
-Rewriting::Rewriting(const Alphabet& from, const HomeAlphabet& home, const ByteCounts& counts)
-    : alphabet_(from) {
-  for (const int b : counts.present) {
+Rewriting::Rewriting(const Alphabet& from, const HomeAlphabet& home) : alphabet_(from) {
+  for (int b = 0; b < 256; ++b) {
     const ByteRole& role = from[b];
     Form& form = forms_[b];
-    form.length = 0;
     if (role.letter == 0) {
       if (role.stand_in != 0) form.add(static_cast<unsigned char>(role.stand_in));
-    } else if (!put_letter(role.letter, home, &form)) {
-      missing_ += counts.of[b];
+    } else {
+      missing_[b] = !put_letter(role.letter, home, &form);
     }
   }
+}
+
+uint64_t Rewriting::missing(const ByteCounts& counts) const {
+  uint64_t missing = 0;
+  for (const int b : counts.present) missing += missing_[b] ? counts.of[b] : 0;
+  return missing;
 }
 
 void Rewriting::append(std::string_view text, size_t from, size_t to, std::string* out) const {

@@ -1,8 +1,8 @@
 // Rewriting: a text of one single-byte charset written in another, or in UTF-8, for models of that.
 //
-// Life cycle: one object for each reading and home.
+// Life cycle: made once for each charset and home, constant from then on.
 // Ownership:  alphabets are not owned.
-// Threads:    one at a time.
+// Threads:    any number may read.
 #ifndef ORVA_LIB_DETECT_REWRITING_H_
 #define ORVA_LIB_DETECT_REWRITING_H_
 
@@ -32,8 +32,7 @@ class HomeAlphabet {
 
 class Rewriting {
  public:
-  // For texts with these bytes.
-  Rewriting(const Alphabet& from, const HomeAlphabet& home, const ByteCounts& counts);
+  Rewriting(const Alphabet& from, const HomeAlphabet& home);
 
   // Appends text[from, to), written in the home.
   void append(std::string_view text, size_t from, size_t to, std::string* out) const;
@@ -43,13 +42,13 @@ class Rewriting {
     return out;
   }
 
-  // Letters that the home lacks.
-  uint64_t missing() const { return missing_; }
+  // How many letters of a text with these bytes the home lacks.
+  uint64_t missing(const ByteCounts& counts) const;
 
  private:
   struct Form {
-    uint8_t length;
-    char bytes[3];
+    uint8_t length = 0;
+    char bytes[3] = {};
 
     void add(unsigned char byte) { bytes[length++] = static_cast<char>(byte); }
   };
@@ -58,8 +57,8 @@ class Rewriting {
   static bool put_letter(uint16_t letter, const HomeAlphabet& home, Form* form);
 
   const Alphabet& alphabet_;
-  Form forms_[256];  // of the bytes that occur
-  uint64_t missing_ = 0;
+  Form forms_[256];
+  bool missing_[256] = {};
 };
 
 }  // namespace orva

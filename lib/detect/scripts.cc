@@ -72,14 +72,12 @@ constexpr int kFewestLetters = 20;
 constexpr double kLeastShare = 0.05;
 constexpr uint64_t kLettersPerCharacter = 2;
 
-constexpr uint32_t bit(Script script) { return 1U << script; }
-
 uint32_t scripts_of_table(const uint16_t* table) {
   int counts[kAnyScript + 1] = {};
   for (int b = 0; b < 256; ++b) ++counts[script_of(table[b])];
   uint32_t scripts = 0;
   for (int s = 0; s < kAnyScript; ++s) {
-    if (counts[s] >= kFewestLetters) scripts |= bit(static_cast<Script>(s));
+    if (counts[s] >= kFewestLetters) scripts |= script_bit(static_cast<Script>(s));
   }
   return scripts;
 }
@@ -88,15 +86,21 @@ uint32_t scripts_of_charset(int index) {
   const Charset& charset = kCharsets[index];
   if ((charset.flags & kUnicode) != 0) return ~0U;
   const uint16_t* table = single_byte_table(index);
-  if (table != nullptr) return scripts_of_table(table) | bit(kLatin);
-  if ((charset.flags & (kMultiByte | kSevenBit)) == 0) return bit(kLatin);
+  if (table != nullptr) return scripts_of_table(table) | script_bit(kLatin);
+  if ((charset.flags & (kMultiByte | kSevenBit)) == 0) return script_bit(kLatin);
   for (const CharsetScript& known : kEastAsian) {
-    if (std::string_view(known.charset) == charset.iana) return bit(known.script);
+    if (std::string_view(known.charset) == charset.iana) return script_bit(known.script);
   }
-  return bit(kChinese);
+  return script_bit(kChinese);
 }
 
 }  // namespace
+
+uint32_t scripts_of_letter(uint32_t value) {
+  if (is_han(value)) return script_bit(kChinese) | script_bit(kJapanese);
+  const Script script = script_of(value);
+  return script == kAnyScript ? 0 : script_bit(script);
+}
 
 Script script_of_language(std::string_view language) {
   for (const Languages& languages : kLanguages) {
@@ -121,7 +125,7 @@ bool can_write(int charset, Script script) {
     return all;
   }();
   if (script == kAnyScript) return true;
-  return (scripts[static_cast<size_t>(charset)] & bit(script)) != 0;
+  return (scripts[static_cast<size_t>(charset)] & script_bit(script)) != 0;
 }
 
 void ScriptCounts::add(uint32_t value) {

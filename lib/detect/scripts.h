@@ -27,6 +27,11 @@ enum Script {
   kAnyScript,  // of languages that are not known here; the number of the others, too
 };
 
+constexpr uint32_t script_bit(Script script) { return 1U << script; }
+
+// A bit for each script that a letter can be of.
+uint32_t scripts_of_letter(uint32_t value);
+
 // The script of a language by its two-letter code.
 Script script_of_language(std::string_view language);
 

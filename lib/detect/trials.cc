@@ -21,8 +21,9 @@ constexpr size_t kStride = 16;
 
 }  // namespace
 
-bool lacks_letters(const Rewriting& rewriting, const Placement& placement) {
-  return static_cast<double>(rewriting.missing()) >
+bool lacks_letters(const Rewriting& rewriting, const ByteCounts& counts,
+                   const Placement& placement) {
+  return static_cast<double>(rewriting.missing(counts)) >
          kMostMissing * static_cast<double>(placement.letters());
 }
 
@@ -44,7 +45,7 @@ TrialText::TrialText(std::vector<std::string> texts)
 // A reading in one home.
 struct Trials::InHome {
   const Home* home;
-  Rewriting rewriting;
+  const Rewriting* rewriting;
   CostSums sums;
   size_t length = 0;  // of the pieces asked about
   bool alive = true;
@@ -74,13 +75,14 @@ void Trials::add(Reading* reading) {
       kMostOdd * (static_cast<double>(placement.letters()) + 1)) {
     return;
   }
-  for (const Home& home : homes_.all()) {
+  for (size_t h = 0; h < homes_.all().size(); ++h) {
+    const Home& home = homes_.all()[h];
     const bool possible = std::any_of(home.languages.begin(), home.languages.end(),
                                       [&](size_t l) { return reading->possible[l]; });
     if (!possible) continue;
-    const Rewriting rewriting(alphabet, home.alphabet, text_.counts);
-    if (!lacks_letters(rewriting, placement)) {
-      trial.homes.push_back({&home, rewriting, CostSums(home.models)});
+    const Rewriting& rewriting = homes_.rewriting(reading->charsets.front(), h);
+    if (!lacks_letters(rewriting, text_.counts, placement)) {
+      trial.homes.push_back({&home, &rewriting, CostSums(home.models)});
     }
   }
   if (!trial.homes.empty()) trials_.push_back(std::move(trial));
@@ -93,9 +95,9 @@ void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
   for (InHome& in : trial->homes) {
     if (!in.alive) continue;
     written_.clear();
-    in.rewriting.append(segment, piece.context, piece.from, &written_);
+    in.rewriting->append(segment, piece.context, piece.from, &written_);
     const size_t from = written_.size();
-    in.rewriting.append(segment, piece.from, piece.to, &written_);
+    in.rewriting->append(segment, piece.from, piece.to, &written_);
     in.sums.add(written_, from);
     in.length += piece.to - piece.from;
   }

@@ -22,7 +22,8 @@
 namespace orva {
 
 // Whether a reading is not to be asked about in a home, for its letters are not there.
-bool lacks_letters(const Rewriting& rewriting, const Placement& placement);
+bool lacks_letters(const Rewriting& rewriting, const ByteCounts& counts,
+                   const Placement& placement);
 
 // What readings differ in, cut into pieces.
 struct TrialText {

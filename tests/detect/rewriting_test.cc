@@ -30,8 +30,8 @@ Rewritten rewrite(const char* from, const char* home, const std::string& text) {
   const uint16_t* table =
       home == nullptr ? nullptr : orva::single_byte_table(orva::find_charset_index(home));
   const orva::HomeAlphabet homes(table);
-  const orva::Rewriting rewriting(alphabet(from), homes, orva::ByteCounts({text}));
-  return {rewriting.apply(text), rewriting.missing()};
+  const orva::Rewriting rewriting(alphabet(from), homes);
+  return {rewriting.apply(text), rewriting.missing(orva::ByteCounts({text}))};
 }
 
 orva::Placement placement(const char* charset, const std::string& text) {
