@@ -1,9 +1,5 @@
 #include "lib/detect/charset_table.h"
 
-#include <cstring>
-
-#include "lib/detect/single_byte_tables.h"
-
 namespace orva {
 
 namespace {
@@ -381,16 +377,6 @@ const char* charset_name(const Charset& charset, NameScheme scheme) {
   if (scheme == NameScheme::kPython) name = charset.python;
   if (scheme == NameScheme::kWeb) name = charset.web;
   return *name == 0 ? nullptr : name;
-}
-
-const uint16_t* single_byte_table(int charset) {
-  if (charset < 0 || charset >= kCharsetCount) return nullptr;
-  for (int i = 0; i < kSingleByteTableCount; ++i) {
-    if (strcmp(kSingleByteTables[i].name, kCharsets[charset].iana) == 0) {
-      return kSingleByteTables[i].decode;
-    }
-  }
-  return nullptr;
 }
 
 }  // namespace orva

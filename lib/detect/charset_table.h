@@ -5,7 +5,7 @@
 //   if (c != nullptr) printf("%s %s\n", c->iana, c->python);   // ISO-8859-1 iso8859-1
 //
 // Life cycle: constant data, there from the program's start to its end.
-// Ownership:  none; nothing is allocated.
+// Ownership:  none.
 // Threads:    any number.
 #ifndef ORVA_LIB_DETECT_CHARSET_TABLE_H_
 #define ORVA_LIB_DETECT_CHARSET_TABLE_H_

@@ -1,6 +1,7 @@
 #include "lib/detect/homes.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "lib/detect/charset_table.h"
 
@@ -63,7 +64,9 @@ Homes::Homes(const ModelTables& tables) {
 const Rewriting& Homes::rewriting(int charset, size_t home) const {
   Rewritings& all = rewritings_[static_cast<size_t>(charset)];
   std::call_once(all.made, [&] {
-    for (const Home& h : homes_) all.in_home.emplace_back(alphabet_of(charset), h.alphabet);
+    std::vector<Rewriting> made;
+    for (const Home& h : homes_) made.emplace_back(alphabet_of(charset), h.alphabet);
+    all.in_home = std::move(made);
   });
   return all.in_home[home];
 }
