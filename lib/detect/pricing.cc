@@ -27,6 +27,10 @@ double least_cost(const Reading& reading) {
   return least;
 }
 
+// Bytes of a document that can rule a decoded reading out, and nats that do.
+constexpr size_t kBeginning = 512;
+constexpr double kFarBehind = 80;
+
 bool has_cost(const Reading& reading) {
   return std::any_of(reading.costs.begin(), reading.costs.end(),
                      [](double cost) { return cost != kNoCost; });
@@ -183,14 +187,31 @@ void Pricing::price_pairs(const Text& text, const std::vector<double>& totals, R
   }
 }
 
-// What no model is for is decoded and asked through UTF-8.
+// What no model is for is decoded and asked through UTF-8; all of it only if its beginning may cost
+// less than `most` in proportion.
 void Pricing::price_decoded(std::string_view sample, const std::vector<char>& languages,
                             double most, Reading* reading) {
   const Charset& charset = kCharsets[reading->charsets.front()];
   // Behind the head, a sample is made of lines, whose bytes need not stand in pairs.
   const bool units = (charset.flags & (kUtf16 | kUtf32)) != 0;
+  if (units) sample = sample.substr(0, Sample::kHead);
+  const double share = static_cast<double>(kBeginning) / static_cast<double>(sample.size());
+  if (share < 0.5 && most != kNoCost) {
+    price_decoded_part(charset, sample.substr(0, kBeginning), languages, most * share, reading);
+    const double least = *std::min_element(reading->costs.begin(), reading->costs.end());
+    if (least != kNoCost && least > most * share + kFarBehind) {
+      for (double& cost : reading->costs) cost /= share;
+      return;
+    }
+  }
+  price_decoded_part(charset, sample, languages, most, reading);
+}
+
+void Pricing::price_decoded_part(const Charset& charset, std::string_view part,
+                                 const std::vector<char>& languages, double most,
+                                 Reading* reading) {
   Conversion utf8;
-  decode_bytes(charset, units ? sample.substr(0, Sample::kHead) : sample, &utf8);
+  decode_bytes(charset, part, &utf8);
   if (!utf8.bytes.empty()) reading->costs = utf8_.price(utf8.bytes, languages, most);
 }
 

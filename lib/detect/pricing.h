@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/charset_table.h"
 #include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
 #include "lib/detect/scorer.h"
@@ -53,6 +54,8 @@ class Pricing {
                         const std::vector<char>& languages, std::vector<Reading>* readings);
   void price_decoded(std::string_view sample, const std::vector<char>& languages, double most,
                      Reading* reading);
+  void price_decoded_part(const Charset& charset, std::string_view part,
+                          const std::vector<char>& languages, double most, Reading* reading);
   std::vector<double> totals(const std::vector<std::string>& segments);
   void price_ascii(std::string_view plain, Text* text) const;
 
