@@ -11,6 +11,7 @@
 
 #include "lib/api/model_names.h"
 #include "lib/api/pemb.h"
+#include "lib/detect/orva.h"
 
 namespace orva::bench {
 namespace {
@@ -48,6 +49,31 @@ class Pemb : public Detector {
   PembHandle* handle_;
   std::vector<std::string> names_;
   unsigned char piece_[PEMB_MAX_PIECE];
+};
+
+class Orva : public Detector {
+ public:
+  explicit Orva(const std::string& models, bool all) {
+    opened_ =
+        orva_open_models((models + "/Model.grp").c_str(), (models + "/Model.stc").c_str(), nullptr);
+    detector_ = orva_new(opened_);
+    if (opened_ == nullptr || detector_ == nullptr) abort();
+    orva_set_limit(detector_, all ? 0 : ORVA_DEFAULT_LIMIT);
+  }
+  ~Orva() override {
+    orva_free(detector_);
+    orva_close_models(opened_);
+  }
+
+  std::string detect(std::string_view bytes) override {
+    OrvaResult result;
+    if (orva_detect(detector_, bytes.data(), bytes.size(), &result) < 0) abort();
+    return result.charset == nullptr ? "" : result.charset;
+  }
+
+ private:
+  OrvaModels* opened_;
+  OrvaDetector* detector_;
 };
 
 class Uchardet : public Detector {
@@ -108,6 +134,9 @@ class Sum : public Detector {
 
 std::unique_ptr<Detector> make_pemb(const std::string& models, size_t every) {
   return std::make_unique<Pemb>(models, every);
+}
+std::unique_ptr<Detector> make_orva(const std::string& models, bool all) {
+  return std::make_unique<Orva>(models, all);
 }
 std::unique_ptr<Detector> make_uchardet() { return std::make_unique<Uchardet>(); }
 std::unique_ptr<Detector> make_icu() { return std::make_unique<Icu>(); }

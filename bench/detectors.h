@@ -17,6 +17,8 @@ class Detector {
 
 // pemb: load, feed everything in pieces, read the scores once (or after each `every` bytes).
 std::unique_ptr<Detector> make_pemb(const std::string& models, size_t every = 0);
+// orva.h over the same models: its default limit, or everything.
+std::unique_ptr<Detector> make_orva(const std::string& models, bool all);
 // Peers, from their packages.
 std::unique_ptr<Detector> make_uchardet();
 std::unique_ptr<Detector> make_icu();
