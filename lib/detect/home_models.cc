@@ -96,7 +96,10 @@ void HomeModels::finish() {
 void CostSums::add_row(const uint16_t* row) {
   uint32_t* const sums = sums_.data();
   const size_t width = sums_.size();
-  for (size_t k = 0; k < width; ++k) sums[k] += row[k];
+  for (size_t k = 0; k < width; k += kRowStep) {
+    // A loop of fixed length becomes vector additions.
+    for (size_t j = k; j < k + kRowStep; ++j) sums[j] += row[j];
+  }
   if (++pending_ < kFoldAfter) return;
   folded_.resize(width, 0);
   for (size_t k = 0; k < width; ++k) folded_[k] += std::exchange(sums[k], 0);
