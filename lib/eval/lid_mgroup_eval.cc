@@ -57,12 +57,13 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
                   unigrams_ready() && languages_->ready != 0;
   memset(byte_counts_, 0, sizeof byte_counts_);
   ready_ = ok ? 1 : 0;
-  if (ok) make_index();
   init();
 }
 
-// Without memory for an index the automaton is walked, which gives the same scores.
+// At the first text, for a group may be opened without reading any. Without memory for an index the
+// automaton is walked, which gives the same scores.
 void CLidMGroupEval::make_index() {
+  index_tried_ = true;
   try {
     index_ = std::make_unique<orva::TrigramIndex>();
     if (!index_->build(*group_)) index_.reset();
@@ -94,6 +95,7 @@ void CLidMGroupEval::make_unigram_rows() {
 }
 
 void CLidMGroupEval::use_plain_vectors() {
+  if (ready_ != 0 && !index_tried_) make_index();
   credits_.use_plain_vectors();
   if (unigram_rows_ != nullptr) unigram_rows_->use_plain_vectors();
 }
@@ -192,6 +194,7 @@ void CLidMGroupEval::run(const unsigned char* buf, int n) {
 
 void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
   if (ready_ == 0) return;
+  if (!index_tried_) make_index();
   // Kept: sums wrap at 32 bits, as their types always have.
   total_ = wrapping_add(total_, n);
   while (n > 0) {

@@ -92,6 +92,7 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   int total_ = 0;
   int value_total_ = 0;
   int ready_ = 0;
+  bool index_tried_ = false;
   // Null when the automaton is no trie of trigrams and must be walked step by step.
   std::unique_ptr<orva::TrigramIndex> index_;
   std::unique_ptr<orva::RunCounter> counter_;
