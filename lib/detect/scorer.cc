@@ -65,7 +65,7 @@ void Scorer::take(unsigned char byte) {
     before_[position_++] = byte;
     return;
   }
-  if (!ascii_only_ || (before_[0] | before_[1] | byte) < 0x80) score(byte);
+  score(byte);
   before_[0] = before_[1];
   before_[1] = byte;
 }

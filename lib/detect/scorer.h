@@ -35,8 +35,6 @@ class Scorer {
   void feed(std::string_view bytes);
   // What follows does not follow what came before: its first two bytes only set up the context.
   void begin_segment();
-  // Whether only trigrams of three ASCII bytes are scored.
-  void set_ascii_only(bool on) { ascii_only_ = on; }
 
   // Bytes that were scored: what is left after normalisation, less the first two.
   uint64_t scored() const { return scored_; }
@@ -70,7 +68,6 @@ class Scorer {
   int run_ = 0;
   int last_raw_ = -1;
   int position_ = 0;
-  bool ascii_only_ = false;
   unsigned char before_[2] = {};
 };
 
