@@ -25,13 +25,15 @@ inline uint64_t word_at(std::string_view bytes, size_t i) {
 
 // Position of the first byte above 0x7F from `i` on; the size when there is none.
 inline size_t skip_ascii(std::string_view bytes, size_t i) {
+  while (i + 32 <= bytes.size() && ((word_at(bytes, i) | word_at(bytes, i + 8) |
+                                     word_at(bytes, i + 16) | word_at(bytes, i + 24)) &
+                                    kHighBits) == 0) {
+    i += 32;
+  }
   while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == 0) i += 8;
   while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
   return i;
 }
-
-// Adds the occurrences of each byte to `counts`, which has 256 entries.
-void count_bytes(std::string_view bytes, uint64_t* counts);
 
 }  // namespace orva
 

@@ -41,18 +41,19 @@ bool is_valid(const Evidence& evidence, const char* charset) {
 
 bool holds_letters(const Evidence& evidence) {
   for (int b = 'A'; b <= 'z'; ++b) {
-    if ((b <= 'Z' || b >= 'a') && evidence.count(static_cast<unsigned char>(b)) != 0) return true;
+    if ((b <= 'Z' || b >= 'a') && evidence.holds(static_cast<unsigned char>(b))) return true;
   }
   return false;
 }
 
 // Text of a mainframe: its blank is 0x40, its letters lie above 0x7F.
 bool looks_ebcdic(const Evidence& evidence) {
-  return evidence.count(0x40) > 4 * evidence.count(' ') && evidence.high() * 2 > evidence.length();
+  return evidence.kinds().at_signs > 4 * evidence.kinds().blanks &&
+         evidence.high() * 2 > evidence.length();
 }
 
 bool has_many_controls(const Evidence& evidence) {
-  return evidence.odd_controls() * kControlsPerByte > evidence.length();
+  return evidence.kinds().odd_controls * kControlsPerByte > evidence.length();
 }
 
 // UTF-16 without blanks: the upper bytes of Greek and Cyrillic letters are controls, and the lower
@@ -116,7 +117,7 @@ Decision Decider::decide(const Evidence& evidence, std::string_view sample,
   const Task task{evidence, sample, restrictions};
   decision.kind = DocumentKind::kText;
   if (decide_by_mark(task, &decision) || decide_by_escapes(task, &decision)) return decision;
-  if (is_binary(evidence) && evidence.count(0) == 0) {
+  if (is_binary(evidence) && !evidence.holds(0)) {
     decision.kind = DocumentKind::kBinary;
     return decision;
   }
@@ -127,7 +128,7 @@ Decision Decider::decide(const Evidence& evidence, std::string_view sample,
   if (decide_ascii(task, &decision) || decide_utf8(task, &decision)) return decision;
   decide_by_cost(task, &decision);
   if (decision.candidates.empty() && decide_escapeless(task, &decision)) return decision;
-  if (decision.candidates.empty() && evidence.count(0) != 0) decision.kind = DocumentKind::kBinary;
+  if (decision.candidates.empty() && evidence.holds(0)) decision.kind = DocumentKind::kBinary;
   return decision;
 }
 
@@ -179,7 +180,7 @@ bool Decider::decide_by_escapes(const Task& task, Decision* decision) {
 
 bool Decider::decide_ascii(const Task& task, Decision* decision) {
   const Evidence& evidence = task.evidence;
-  if (evidence.high() != 0 || evidence.count(0) != 0 || !task.allows("US-ASCII")) return false;
+  if (evidence.high() != 0 || evidence.holds(0) || !task.allows("US-ASCII")) return false;
   if (has_many_controls(evidence)) return false;
   settle(task, find_charset_index("US-ASCII"), task.sample, Ground::kAscii, decision);
   if (!holds_letters(evidence)) decision->candidates.back().language = -1;
@@ -189,13 +190,13 @@ bool Decider::decide_ascii(const Task& task, Decision* decision) {
 // ASCII is text of the 7-bit charsets, too, for who wants one of those alone.
 bool Decider::decide_escapeless(const Task& task, Decision* decision) {
   const Evidence& evidence = task.evidence;
-  if (evidence.high() != 0 || evidence.count(0) != 0) return false;
+  if (evidence.high() != 0 || evidence.holds(0)) return false;
   for (const char shift : {'\x0E', '\x0F', '\x1B'}) {
-    if (evidence.count(static_cast<unsigned char>(shift)) != 0) return false;
+    if (evidence.holds(static_cast<unsigned char>(shift))) return false;
   }
   for (int c = 0; c < kCharsetCount; ++c) {
     if ((kCharsets[c].flags & kSevenBit) == 0 || !task.restrictions.allows_charset(c)) continue;
-    if (evidence.count('~') != 0 && std::string_view(kCharsets[c].iana) == "HZ-GB-2312") continue;
+    if (evidence.holds('~') && std::string_view(kCharsets[c].iana) == "HZ-GB-2312") continue;
     settle(task, c, task.sample, Ground::kAscii, decision);
     return true;
   }
@@ -204,7 +205,7 @@ bool Decider::decide_escapeless(const Task& task, Decision* decision) {
 
 bool Decider::decide_utf8(const Task& task, Decision* decision) {
   const MultiByteCheck& check = task.evidence.multi_byte(MultiByteKind::kUtf8);
-  if (!check.valid() || check.wide() == 0 || task.evidence.count(0) != 0) return false;
+  if (!check.valid() || check.wide() == 0 || task.evidence.holds(0)) return false;
   if (!task.allows("UTF-8")) return false;
   settle(task, find_charset_index("UTF-8"), task.sample, Ground::kUtf8, decision);
   return true;

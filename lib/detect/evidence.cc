@@ -48,12 +48,6 @@ constexpr Signature kBinary[] = {{std::string_view("\x89PNG\r\n\x1A\n", 8), null
                                  {std::string_view("\xCA\xFE\xBA\xBE", 4), nullptr},
                                  {std::string_view("\0asm", 4), nullptr}};
 
-bool is_odd_control(int b) {
-  return (b < 0x20 && b != '\t' && b != '\n' && b != '\r' && b != '\f' && b != 0x0B && b != 0x1A &&
-          b != 0x1B) ||
-         b == 0x7F;
-}
-
 const Signature* mark_of(std::string_view head) {
   for (const Signature& s : kMarks) {
     if (head.substr(0, s.bytes.size()) == s.bytes) return &s;
@@ -103,8 +97,7 @@ Evidence::Evidence() {
 
 void Evidence::reset() {
   length_ = 0;
-  std::fill(std::begin(counts_), std::end(counts_), 0);
-  std::fill(std::begin(present_), std::end(present_), 0);
+  tally_.reset();
   head_.clear();
   for (MultiByteCheck& check : multi_byte_) check.reset();
   for (UnicodeCheck& check : unicode_) check.reset();
@@ -115,28 +108,16 @@ void Evidence::reset() {
 void Evidence::feed(std::string_view bytes) {
   if (head_.size() < kHeadSize) head_.append(bytes.substr(0, kHeadSize - head_.size()));
   length_ += bytes.size();
-  count_bytes(bytes, counts_);
-  for (size_t b = 0; b < 256; ++b) present_[b / 64] |= uint64_t{counts_[b] != 0} << b % 64;
   // A part at a time, so that it is still at hand for the last check.
   for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), kAtOnce))) {
     const std::string_view part = bytes.substr(0, kAtOnce);
-    for (MultiByteCheck& check : multi_byte_) check.feed(part);
+    tally_.feed(part);
+    const size_t ascii = skip_ascii(part, 0);
+    for (MultiByteCheck& check : multi_byte_) check.feed(part, ascii);
     for (UnicodeCheck& check : unicode_) check.feed(part);
     escapes_.feed(part);
     if (watch_parts_) parts_.feed(part);
   }
-}
-
-uint64_t Evidence::high() const {
-  uint64_t sum = 0;
-  for (int b = 0x80; b < 256; ++b) sum += counts_[b];
-  return sum;
-}
-
-uint64_t Evidence::odd_controls() const {
-  uint64_t sum = 0;
-  for (int b = 0; b < 0x80; ++b) sum += is_odd_control(b) ? counts_[b] : 0;
-  return sum;
 }
 
 const char* Evidence::mark() const {
@@ -159,8 +140,8 @@ bool Evidence::table_decodes(int charset, bool with_controls) const {
   const ForeignBytes& foreign = foreign_to(charset);
   uint64_t found = 0;
   for (size_t w = 0; w < 4; ++w) {
-    found |= present_[w] & foreign.always[w];
-    if (!with_controls) found |= present_[w] & foreign.controls[w];
+    found |= tally_.present(w) & foreign.always[w];
+    if (!with_controls) found |= tally_.present(w) & foreign.controls[w];
   }
   return found == 0;
 }

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/byte_tally.h"
 #include "lib/detect/escape_check.h"
 #include "lib/detect/multi_byte_check.h"
 #include "lib/detect/subset_check.h"
@@ -32,11 +33,10 @@ class Evidence {
   void watch_parts(bool watch) { watch_parts_ = watch; }
 
   uint64_t length() const { return length_; }
-  uint64_t count(unsigned char byte) const { return counts_[byte]; }
+  bool holds(unsigned char byte) const { return tally_.holds(byte); }
+  const ByteKinds& kinds() const { return tally_.kinds(); }
   // Bytes above 0x7F.
-  uint64_t high() const;
-  // Control bytes that text never holds.
-  uint64_t odd_controls() const;
+  uint64_t high() const { return kinds().high; }
 
   // The charset that a byte order mark names, null without one; and the mark's length.
   const char* mark() const;
@@ -59,8 +59,7 @@ class Evidence {
   bool table_decodes(int charset, bool with_controls) const;
 
   uint64_t length_ = 0;
-  uint64_t counts_[256] = {};
-  uint64_t present_[4] = {};  // a bit for each byte that occurs
+  ByteTally tally_;
   std::string head_;
   std::vector<MultiByteCheck> multi_byte_;
   std::vector<UnicodeCheck> unicode_;

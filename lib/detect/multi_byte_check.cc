@@ -4,6 +4,7 @@
 
 #include "lib/detect/byte_blocks.h"
 #include "lib/detect/double_byte_tables.h"
+#include "lib/detect/utf8_blocks.h"
 #include "lib/detect/utf_codec.h"
 
 namespace orva {
@@ -12,6 +13,8 @@ namespace {
 
 constexpr int kCut = -1;
 constexpr int kNone = 0;
+// Fewer bytes are read one by one.
+constexpr size_t kWorthSkipping = 8;
 
 unsigned char at(std::string_view bytes, size_t i) { return static_cast<unsigned char>(bytes[i]); }
 
@@ -85,6 +88,58 @@ int euc_tw_length(std::string_view bytes) {
   return 4;
 }
 
+const uint32_t* pairs_of(MultiByteKind kind) {
+  switch (kind) {
+    case MultiByteKind::kUtf8:
+      return nullptr;
+    case MultiByteKind::kShiftJis:
+      return kShiftJisPairs;
+    case MultiByteKind::kEucJp:
+      return kEucJpPairs;
+    case MultiByteKind::kGb18030:
+      return kGbkPairs;
+    case MultiByteKind::kBig5:
+      return kBig5Pairs;
+    case MultiByteKind::kEucTw:
+      return kEucTwPairs;
+    case MultiByteKind::kEucKr:
+      return kCp949Pairs;
+    case MultiByteKind::kJohab:
+      break;
+  }
+  return kJohabPairs;
+}
+
+// Skips ASCII and pairs from `i` on, as far as whole words go, and adds the pairs to `wide`.
+size_t skip_pairs(const uint32_t* pairs, std::string_view bytes, size_t i, uint64_t* wide) {
+  uint64_t found = 0;
+  while (i + 8 <= bytes.size()) {
+    if (at(bytes, i) < 0x80) {
+      i = skip_ascii(bytes, i);
+      continue;
+    }
+    // Four at once, which is what most pairs stand in.
+    const bool four =
+        (at(bytes, i) & at(bytes, i + 2) & at(bytes, i + 4) & at(bytes, i + 6)) >= 0x80;
+    if (four) {
+      bool good = true;
+      for (size_t k = 0; k < 8; k += 2) {
+        good &= is_pair(pairs, at(bytes, i + k), at(bytes, i + k + 1));
+      }
+      if (good) {
+        i += 8;
+        found += 4;
+        continue;
+      }
+    }
+    if (!is_pair(pairs, at(bytes, i), at(bytes, i + 1))) break;
+    i += 2;
+    ++found;
+  }
+  *wide += found;
+  return i;
+}
+
 // Calls `use` with what tells the length of a character of `kind` that is not ASCII.
 template <typename Use>
 auto with_length_of(MultiByteKind kind, Use use) {
@@ -138,6 +193,12 @@ int character_length(MultiByteKind kind, std::string_view bytes) {
   return with_length_of(kind, [bytes](auto length) { return length(bytes); });
 }
 
+// Skips whole characters from `i` on, where one begins, as long as no closer look is needed.
+size_t MultiByteCheck::skip(std::string_view bytes, size_t i) {
+  if (kind_ == MultiByteKind::kUtf8) return skip_utf8(bytes, i, &wide_);
+  return skip_pairs(pairs_of(kind_), bytes, i, &wide_);
+}
+
 // Reads whole characters and returns how many bytes they took; stops at a cut or a bad one.
 template <typename Length>
 size_t MultiByteCheck::take_by(Length length_of, std::string_view bytes) {
@@ -150,6 +211,7 @@ size_t MultiByteCheck::take_by(Length length_of, std::string_view bytes) {
     }
     wide_ += length > 1 ? 1 : 0;
     i += static_cast<size_t>(length);
+    if (bytes.size() - i >= kWorthSkipping) i = skip(bytes, i);
     // Characters outside ASCII seldom stand alone.
     if (i < bytes.size() && at(bytes, i) < 0x80) i = skip_ascii(bytes, i);
   }
@@ -161,7 +223,12 @@ size_t MultiByteCheck::take(std::string_view bytes) {
   return with_length_of(kind_, [this, bytes](auto length) { return take_by(length, bytes); });
 }
 
-void MultiByteCheck::feed(std::string_view bytes) {
+void MultiByteCheck::feed(std::string_view bytes, size_t nb_ascii) {
+  if (!valid_) return;
+  if (nb_carried_ == 0) {
+    offset_ += nb_ascii;
+    bytes.remove_prefix(nb_ascii);
+  }
   // Finish the character that the last piece cut, a byte at a time.
   while (valid_ && nb_carried_ != 0 && !bytes.empty()) {
     carried_[nb_carried_++] = bytes.front();

@@ -30,7 +30,9 @@ class MultiByteCheck {
   explicit MultiByteCheck(MultiByteKind kind) : kind_(kind) {}
 
   void reset() { *this = MultiByteCheck(kind_); }
-  void feed(std::string_view bytes);
+  void feed(std::string_view bytes) { feed(bytes, 0); }
+  // The same of bytes whose first `nb_ascii` are known to be ASCII.
+  void feed(std::string_view bytes, size_t nb_ascii);
 
   MultiByteKind kind() const { return kind_; }
   bool valid() const { return valid_; }
@@ -41,6 +43,7 @@ class MultiByteCheck {
  private:
   static constexpr size_t kLongest = 4;
   size_t take(std::string_view bytes);
+  size_t skip(std::string_view bytes, size_t i);
   template <typename Length>
   size_t take_by(Length length_of, std::string_view bytes);
 

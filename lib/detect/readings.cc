@@ -16,7 +16,7 @@ constexpr uint64_t kFewestUnicode = 2;
 
 bool looks_unlike(const Evidence& evidence, int charset) {
   const uint32_t flags = kCharsets[charset].flags;
-  if ((flags & (kUtf16 | kUtf32)) == 0) return evidence.count(0) != 0;
+  if ((flags & (kUtf16 | kUtf32)) == 0) return evidence.holds(0);
   for (const UnicodeCheck& check : evidence.unicode()) {
     if (std::string_view(check.charset()) != kCharsets[charset].iana) continue;
     return check.characters() < kFewestUnicode || check.cost() > kMostUnicodeCost;
@@ -29,7 +29,7 @@ std::vector<uint16_t> fingerprint(const Evidence& evidence, const uint16_t* tabl
   std::vector<uint16_t> print;
   print.reserve(256);
   for (int b = 0; b < 256; ++b) {
-    if (evidence.count(static_cast<unsigned char>(b)) != 0) print.push_back(table[b]);
+    if (evidence.holds(static_cast<unsigned char>(b))) print.push_back(table[b]);
   }
   return print;
 }

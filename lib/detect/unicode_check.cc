@@ -1,5 +1,6 @@
 #include "lib/detect/unicode_check.h"
 
+#include <bit>
 #include <cstring>
 
 #include "lib/detect/utf_codec.h"
@@ -73,6 +74,38 @@ bool is_noncharacter(uint32_t value) {
   return (value & 0xFFFEU) == 0xFFFE || (value >= 0xFDD0 && value <= 0xFDEF);
 }
 
+constexpr size_t kBlock = 64;
+using Units = uint16_t __attribute__((vector_size(16)));
+using Values = uint32_t __attribute__((vector_size(16)));
+
+// Lanes in the other byte order.
+inline void swap_bytes(Units* units) { *units = *units << 8 | *units >> 8; }
+inline void swap_bytes(Values* values) {
+  *values = *values << 24 | (*values & 0xFF00) << 8 | (*values >> 8 & 0xFF00) | *values >> 24;
+}
+
+// Nothing is beyond Unicode in 16 bits.
+inline void add_beyond(const Units&, Units*) {}
+inline void add_beyond(const Values& values, Values* odd) { *odd |= Values(values > 0x10FFFF); }
+
+// Whether each lane of a block is a character that needs no closer look.
+template <typename Lanes>
+bool is_plain_block(const char* block, bool swapped) {
+  Lanes odd = {};
+  for (size_t k = 0; k < kBlock; k += sizeof(Lanes)) {
+    Lanes now;
+    memcpy(&now, block + k, sizeof now);
+    if (swapped) swap_bytes(&now);
+    // Surrogates, and the blocks with characters that are none, as a whole.
+    odd |= Lanes(now == 0) | Lanes(now >> 11 == 0xD800 >> 11) | Lanes((now & 0xFFFE) == 0xFFFE) |
+           Lanes(now >> 6 == 0xFDC0 >> 6);
+    add_beyond(now, &odd);
+  }
+  uint64_t words[sizeof(Lanes) / sizeof(uint64_t)];
+  memcpy(words, &odd, sizeof words);
+  return (words[0] | words[1]) == 0;
+}
+
 }  // namespace
 
 const char* UnicodeCheck::charset() const {
@@ -85,7 +118,8 @@ size_t UnicodeCheck::take_units(std::string_view bytes) {
   static const UnitCosts costs;
   uint64_t twice = 0;
   size_t i = 0;
-  for (; i + 2 <= bytes.size(); i += 2) {
+  const uint64_t left = kMostPriced - characters_;
+  for (; i + 2 <= bytes.size() && i / 2 < left; i += 2) {
     const auto first = static_cast<unsigned char>(bytes[i]);
     const auto second = static_cast<unsigned char>(bytes[i + 1]);
     const unsigned unit = big_endian_ ? first << 8U | second : second << 8U | first;
@@ -99,10 +133,28 @@ size_t UnicodeCheck::take_units(std::string_view bytes) {
   return i;
 }
 
+// Skips what is not priced, as far as whole blocks of plain characters go.
+size_t UnicodeCheck::take_blocks(std::string_view bytes) {
+  const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
+  size_t i = 0;
+  for (; i + kBlock <= bytes.size(); i += kBlock) {
+    const char* block = bytes.data() + i;
+    const bool plain = width_ == 2 ? is_plain_block<Units>(block, swapped)
+                                   : is_plain_block<Values>(block, swapped);
+    if (!plain) break;
+  }
+  characters_ += i / static_cast<size_t>(width_);
+  return i;
+}
+
 size_t UnicodeCheck::take(std::string_view bytes) {
   size_t i = 0;
   while (i < bytes.size()) {
-    if (width_ == 2) i += take_units(bytes.substr(i));
+    if (characters_ >= kMostPriced) {
+      i += take_blocks(bytes.substr(i));
+    } else if (width_ == 2) {
+      i += take_units(bytes.substr(i));
+    }
     if (i == bytes.size()) break;
     const std::string_view rest = bytes.substr(i);
     const Character c = width_ == 2 ? read_utf16(rest, big_endian_) : read_utf32(rest, big_endian_);
@@ -111,8 +163,7 @@ size_t UnicodeCheck::take(std::string_view bytes) {
       valid_ = false;
       break;
     }
-    ++characters_;
-    cost_ += cost_of(c.value);
+    if (characters_++ < kMostPriced) cost_ += cost_of(c.value);
     i += c.length;
   }
   return i;

@@ -6,10 +6,12 @@
 //
 // In the right byte order the characters lie in few blocks of common scripts; in the wrong one, or
 // in text of another charset, they are strewn over rare ones. The cost tells the two apart without
-// a byte order mark: roughly the nats that a character of its block takes in running text.
+// a byte order mark: roughly the nats that a character of its block takes in running text. What a
+// text is made of shows at its beginning, so only that has a cost; all of it is checked.
 #ifndef ORVA_LIB_DETECT_UNICODE_CHECK_H_
 #define ORVA_LIB_DETECT_UNICODE_CHECK_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -18,6 +20,9 @@ namespace orva {
 
 class UnicodeCheck {
  public:
+  // Characters from the beginning on that are priced.
+  static constexpr uint64_t kMostPriced = 16384;
+
   // `width` is 2 or 4 bytes a unit.
   UnicodeCheck(int width, bool big_endian) : width_(width), big_endian_(big_endian) {}
 
@@ -27,8 +32,8 @@ class UnicodeCheck {
   // No surrogate out of place, nothing beyond Unicode, no NUL, no noncharacter.
   bool valid() const { return valid_; }
   uint64_t characters() const { return characters_; }
-  // Mean cost of a character in nats; meaningful when there are characters.
-  double cost() const { return cost_ / static_cast<double>(characters_); }
+  // Mean cost of a priced character in nats; meaningful when there are characters.
+  double cost() const { return cost_ / static_cast<double>(std::min(characters_, kMostPriced)); }
   // The charset-table name.
   const char* charset() const;
 
@@ -36,6 +41,7 @@ class UnicodeCheck {
   static constexpr size_t kLongest = 4;
   size_t take(std::string_view bytes);
   size_t take_units(std::string_view bytes);
+  size_t take_blocks(std::string_view bytes);
 
   int width_;
   bool big_endian_;

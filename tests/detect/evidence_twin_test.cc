@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/detect/byte_blocks.h"
 #include "lib/detect/escape_check.h"
 #include "lib/detect/sample.h"
 #include "lib/detect/unicode_check.h"
@@ -84,19 +83,6 @@ void feed_in_pieces(std::string_view text, Random* random, Target* target) {
 template <typename Target>
 void feed_bytes(std::string_view text, Target* target) {
   for (size_t i = 0; i < text.size(); ++i) target->feed(text.substr(i, 1));
-}
-
-TEST(EvidenceTwin, BytesAreCountedEachOnce) {
-  for (const size_t size : {0, 3, 1023, 1024, 1031, 70000}) {
-    Random random(static_cast<unsigned>(size) + 1);
-    std::string text(size, '\0');
-    for (char& c : text) c = static_cast<char>(random() % 256);
-    uint64_t counts[256] = {};
-    uint64_t expected[256] = {};
-    orva::count_bytes(text, counts);
-    for (const char c : text) ++expected[static_cast<unsigned char>(c)];
-    for (int b = 0; b < 256; ++b) EXPECT_EQ(counts[b], expected[b]) << size << " " << b;
-  }
 }
 
 TEST(EvidenceTwin, MultiByteCheckReadsOneCharacterAfterTheOther) {

@@ -1,8 +1,37 @@
 #include "tests/reference/naive_evidence.h"
 
 #include "lib/detect/sample.h"
+#include "lib/detect/utf_codec.h"
 
 namespace orva {
+
+ByteKinds naive_byte_kinds(std::string_view bytes) {
+  ByteKinds kinds;
+  for (const char c : bytes) {
+    const auto b = static_cast<unsigned char>(c);
+    if (b >= 0x80) ++kinds.high;
+    if (b == ' ') ++kinds.blanks;
+    if (b == '@') ++kinds.at_signs;
+    // Those that text holds: tabulators, ends of lines and pages, the old end of a file, escapes.
+    const bool of_text = (b >= 0x09 && b <= 0x0D) || b == 0x1A || b == 0x1B;
+    if ((b < 0x20 && !of_text) || b == 0x7F) ++kinds.odd_controls;
+  }
+  return kinds;
+}
+
+NaiveUnicode naive_unicode(int width, bool big_endian, std::string_view bytes) {
+  NaiveUnicode out;
+  while (!bytes.empty()) {
+    const Character c = width == 2 ? read_utf16(bytes, big_endian) : read_utf32(bytes, big_endian);
+    if (c.state == Character::kCut) break;
+    const bool none = (c.value & 0xFFFE) == 0xFFFE || (c.value >= 0xFDD0 && c.value <= 0xFDEF);
+    out.valid = c.state == Character::kGood && c.value != 0 && !none;
+    if (!out.valid) break;
+    ++out.characters;
+    bytes.remove_prefix(c.length);
+  }
+  return out;
+}
 
 NaiveMultiByte naive_multi_byte(MultiByteKind kind, std::string_view bytes) {
   NaiveMultiByte out;

@@ -6,9 +6,19 @@
 #include <string>
 #include <string_view>
 
+#include "lib/detect/byte_tally.h"
 #include "lib/detect/multi_byte_check.h"
 
 namespace orva {
+
+ByteKinds naive_byte_kinds(std::string_view bytes);
+
+struct NaiveUnicode {
+  bool valid = true;
+  uint64_t characters = 0;  // before the first bad one
+};
+
+NaiveUnicode naive_unicode(int width, bool big_endian, std::string_view bytes);
 
 struct NaiveMultiByte {
   bool valid = true;
