@@ -52,8 +52,8 @@ struct Restrictions {
 
 class Decider {
  public:
-  Decider(const ModelTables& tables, Scorer* scorer)
-      : tables_(tables), priors_(tables), pricing_(tables, scorer) {}
+  explicit Decider(const ModelTables& tables)
+      : tables_(tables), priors_(tables), pricing_(tables) {}
 
   Decision decide(const Evidence& evidence, std::string_view sample,
                   const Restrictions& restrictions);

@@ -8,7 +8,7 @@
 namespace orva {
 
 Detector::Detector(std::shared_ptr<const ModelTables> tables)
-    : tables_(std::move(tables)), scorer_(*tables_), decider_(*tables_, &scorer_) {}
+    : tables_(std::move(tables)), decider_(*tables_) {}
 
 void Detector::restrict(Restrictions restrictions) {
   bool parts = false;

@@ -50,7 +50,6 @@ class Detector {
   Restrictions restrictions_;
   Evidence evidence_;
   Sample sample_;
-  Scorer scorer_;
   Decider decider_;
   Decision decision_;
 };

@@ -5,18 +5,13 @@
 #include <cmath>
 #include <utility>
 
-#include "lib/detect/scorer.h"
-
 namespace orva {
 
 namespace {
 
 constexpr size_t kRowStep = 8;  // a row fills whole vectors of 16 bytes
-constexpr int kLongestRun = 3;
 constexpr double kMostUnits = 65535;
 constexpr int kMostQuantised = 255;
-
-bool is_blank(unsigned char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 double byte_cost(const ModelInfo& info, int q) {
   return q * info.unigram_step + info.unigram_least;
@@ -30,8 +25,8 @@ HomeModels::HomeModels(const ModelTables& tables, const std::vector<int>& models
     : nb_models_(models.size()),
       width_((models.size() + kRowStep - 1) / kRowStep * kRowStep),
       kind_(kind),
-      switches_(tables.switches()) {
-  double most = Scorer::kUnseenCost;
+      folding_(tables.switches()) {
+  double most = kUnseenCost;
   for (const int m : models) {
     const ModelInfo& info = tables.model(m);
     most = std::max({most, byte_cost(info, kMostQuantised), trigram_cost(info, kMostQuantised)});
@@ -58,7 +53,7 @@ void HomeModels::add_byte_rows(const ModelTables& tables, const std::vector<int>
   }
   for (int b = 0; b < kNbBytes; ++b) {
     uint16_t* row = rows_.data() + static_cast<size_t>(b) * width_;
-    std::fill_n(row, nb_models_, units(Scorer::kUnseenCost));
+    std::fill_n(row, nb_models_, units(kUnseenCost));
     for (const UnigramEntry& entry : tables.unigrams(static_cast<unsigned char>(b))) {
       const int column = column_of[static_cast<size_t>(entry.model)];
       if (column >= 0) row[column] = units(byte_cost(tables.model(entry.model), entry.q));
@@ -107,31 +102,10 @@ void CostSums::add_row(const uint16_t* row) {
 }
 
 void CostSums::add(std::string_view text, size_t from) {
-  const CmgModels& switches = models_->switches();
   const bool ascii_only = models_->kind() == HomeModels::kAsciiOnly;
-  unsigned char before = 0;
-  unsigned char last = 0;
-  int seen = 0;
-  int run = 0;
-  int last_raw = -1;
-  for (size_t i = 0; i < text.size(); ++i) {
-    auto c = static_cast<unsigned char>(text[i]);
-    if (switches.rm_tridups != 0) {
-      run = c == last_raw ? run + 1 : 1;
-      last_raw = c;
-      if (run > kLongestRun) continue;
-    }
-    if (switches.rm_caps != 0 && c >= 'A' && c <= 'Z') c = static_cast<unsigned char>(c + 32);
-    if (switches.rm_digits != 0 && c >= '0' && c <= '9') continue;
-    if (switches.rm_blks != 0 && is_blank(c)) continue;
-    if (seen < 2) {
-      ++seen;
-    } else if (i >= from && (!ascii_only || (before | last | c) < 0x80)) {
-      add_row(models_->row(before, last, c));
-    }
-    before = last;
-    last = c;
-  }
+  walk_trigrams(text, models_->folding(), [&](size_t at, auto a, auto b, auto c) {
+    if (at >= from && (!ascii_only || (a | b | c) < 0x80)) add_row(models_->row(a, b, c));
+  });
 }
 
 }  // namespace orva

@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "lib/detect/model_tables.h"
+#include "lib/detect/trigram_walk.h"
 
 namespace orva {
 
@@ -47,7 +48,7 @@ class HomeModels {
   // Nats for one unit of a row.
   double unit() const { return unit_; }
   Kind kind() const { return kind_; }
-  const CmgModels& switches() const { return switches_; }
+  const Folding& folding() const { return folding_; }
 
   // width() costs, in units.
   const uint16_t* row(unsigned char a, unsigned char b, unsigned char c) const {
@@ -76,7 +77,7 @@ class HomeModels {
   size_t width_;
   double unit_ = 0;
   Kind kind_;
-  const CmgModels& switches_;
+  Folding folding_;
   std::vector<uint16_t> rows_;      // of the 256 bytes, then of the trigrams
   std::vector<uint32_t> trigrams_;  // of the rows behind those of the bytes; empty when finished
   std::vector<uint16_t> units_;     // of trigram costs, by column and quantised cost

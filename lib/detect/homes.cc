@@ -19,6 +19,19 @@ int home_rank(int charset) {
   return plain ? 2 : 0;
 }
 
+// The models of the multi-byte charsets that keep ASCII: those of Unicode, or all others.
+std::vector<int> multi_byte_models(const ModelTables& tables, bool unicode) {
+  constexpr uint32_t kBoth = kMultiByte | kMarkupSafe;
+  std::vector<int> models;
+  for (int i = 0; i < tables.nb_models(); ++i) {
+    const int charset = tables.model(i).charset;
+    if (charset < 0) continue;
+    const uint32_t flags = kCharsets[charset].flags;
+    if ((flags & kBoth) == kBoth && ((flags & kUnicode) != 0) == unicode) models.push_back(i);
+  }
+  return models;
+}
+
 }  // namespace
 
 Homes::Homes(const ModelTables& tables) {
@@ -57,6 +70,8 @@ Homes::Homes(const ModelTables& tables) {
     homes_.push_back({charset, std::move(own), HomeAlphabet(single_byte_table(charset)),
                       HomeModels(tables, own_models, HomeModels::kAnyBytes)});
   }
+  utf8_ = std::make_unique<ListedModels>(tables, multi_byte_models(tables, true));
+  pairs_ = std::make_unique<ListedModels>(tables, multi_byte_models(tables, false));
   add_trigrams(tables, columns);
   rewritings_ = std::make_unique<Rewritings[]>(static_cast<size_t>(kCharsetCount));
 }
@@ -77,9 +92,12 @@ void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& c
     int count = 0;
     const uint16_t* values = tables.leaf_values(leaf, &count);
     for (int v = 0; v < count; ++v) {
-      const Column& column = columns[static_cast<size_t>(value_index(values[v]))];
-      if (column.home == Column::kNone) continue;
+      const int index = value_index(values[v]);
       const int q = value_cost(values[v]);
+      utf8_->set(trigram, index, q);
+      pairs_->set(trigram, index, q);
+      const Column& column = columns[static_cast<size_t>(index)];
+      if (column.home == Column::kNone) continue;
       homes_[column.home].models.set(trigram, column.own, q);
       if ((a | b | c) < 0x80) ascii_->set(trigram, column.all, q);
     }
@@ -87,6 +105,8 @@ void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& c
   tables.for_each_trigram(visit);
   for (Home& home : homes_) home.models.finish();
   ascii_->finish();
+  utf8_->finish();
+  pairs_->finish();
 }
 
 }  // namespace orva

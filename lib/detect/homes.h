@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "lib/detect/home_models.h"
+#include "lib/detect/listed_models.h"
 #include "lib/detect/model_tables.h"
 #include "lib/detect/rewriting.h"
 #include "lib/detect/scripts.h"
@@ -33,6 +34,9 @@ class Homes {
   // The languages that have a home, and what ASCII costs in them.
   const std::vector<size_t>& languages() const { return languages_; }
   const HomeModels& ascii() const { return *ascii_; }
+  // The models of UTF-8, and those of charsets that keep ASCII and take bytes together.
+  const ListedModels& utf8() const { return *utf8_; }
+  const ListedModels& pairs() const { return *pairs_; }
   // How texts of a single-byte charset are written in the home'th home. Made at its first use.
   const Rewriting& rewriting(int charset, size_t home) const;
   // By language.
@@ -58,6 +62,8 @@ class Homes {
   std::vector<Home> homes_;
   std::vector<size_t> languages_;
   std::unique_ptr<HomeModels> ascii_;
+  std::unique_ptr<ListedModels> utf8_;
+  std::unique_ptr<ListedModels> pairs_;
   std::vector<Script> scripts_;
   std::unique_ptr<Rewritings[]> rewritings_;  // by charset
 };

@@ -31,6 +31,9 @@ namespace orva {
 
 class Homes;
 
+// Nats that a byte costs a model that knows neither its trigram nor the byte.
+inline constexpr double kUnseenCost = 30.0;
+
 struct ModelInfo {
   int language = 0;  // index in languages()
   int charset = -1;  // index in the charset table; -1 for a name that it lacks

@@ -1,6 +1,7 @@
 #include "lib/detect/pricing.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
@@ -31,6 +32,10 @@ double least_cost(const Reading& reading) {
 constexpr size_t kBeginning = 512;
 constexpr double kFarBehind = 80;
 
+void add_all(const std::vector<std::string>& texts, ListedSums* sums) {
+  for (const std::string& text : texts) sums->add(text);
+}
+
 bool has_cost(const Reading& reading) {
   return std::any_of(reading.costs.begin(), reading.costs.end(),
                      [](double cost) { return cost != kNoCost; });
@@ -48,17 +53,8 @@ struct Pricing::Text {
   explicit Text(std::vector<std::string> segments) : high(std::move(segments)) {}
 };
 
-Pricing::Pricing(const ModelTables& tables, Scorer* scorer)
-    : tables_(tables), scorer_(*scorer), homes_(tables.homes()), utf8_(tables, scorer) {}
-
-std::vector<double> Pricing::totals(const std::vector<std::string>& segments) {
-  scorer_.reset();
-  for (const std::string& segment : segments) {
-    scorer_.begin_segment();
-    scorer_.feed(segment);
-  }
-  return scorer_.totals();
-}
+Pricing::Pricing(const ModelTables& tables)
+    : tables_(tables), homes_(tables.homes()), pair_sums_(homes_.pairs()), utf8_(tables) {}
 
 // ASCII within a document may be markup, code or English whatever the document's language is. So it
 // costs a charset hardly more than in the language that it fits best, and says nothing at all about
@@ -111,12 +107,18 @@ void Pricing::price_multi_byte(std::string_view sample, const Text& text,
                                const std::vector<char>& languages, std::vector<Reading>* readings) {
   double best = kNoCost;
   for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
-  std::vector<double> direct;
+  pair_sums_.reset();
+  bool asked = false;
   for (Reading& reading : *readings) {
     if (reading.table != nullptr) continue;
-    if ((kCharsets[reading.charsets.front()].flags & kMarkupSafe) != 0) {
-      if (direct.empty()) direct = totals(text.high.segments);
-      price_pairs(text, direct, &reading);
+    const uint32_t flags = kCharsets[reading.charsets.front()].flags;
+    if ((flags & kUnicode) != 0 && (flags & kMarkupSafe) != 0) {
+      ListedSums sums(homes_.utf8());
+      add_all(text.high.segments, &sums);
+      price_pairs(text, homes_.utf8(), sums.totals(), &reading);
+    } else if ((flags & kMarkupSafe) != 0) {
+      if (!std::exchange(asked, true)) add_all(text.high.segments, &pair_sums_);
+      price_pairs(text, homes_.pairs(), pair_sums_.totals(), &reading);
     }
     if (!has_cost(reading)) price_decoded(sample, languages, best - reading.prior, &reading);
     drop_impossible(&reading);
@@ -176,14 +178,14 @@ void Pricing::price_whole(std::string_view sample, Reading* reading) const {
 }
 
 // A multi-byte reading, through the models of its own charset.
-void Pricing::price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading) {
-  for (int i = 0; i < tables_.nb_models(); ++i) {
-    const ModelInfo& model = tables_.model(i);
-    if (model.charset < 0 || !reading->holds(model.charset)) continue;
+void Pricing::price_pairs(const Text& text, const ListedModels& models,
+                          const std::vector<double>& totals, Reading* reading) {
+  for (size_t i = 0; i < totals.size(); ++i) {
+    const ModelInfo& model = models.info(i);
+    if (!reading->holds(model.charset)) continue;
     const auto l = static_cast<size_t>(model.language);
     if (text.base[l] == kNoCost) continue;
-    double& cost = reading->costs[l];
-    cost = std::min(cost, text.base[l] + totals[static_cast<size_t>(i)]);
+    reading->costs[l] = std::min(reading->costs[l], text.base[l] + totals[i]);
   }
 }
 

@@ -8,7 +8,7 @@
 // priced once.
 //
 // Life cycle: one object for each detector; keeps no state between calls.
-// Ownership:  tables and scorer are the caller's.
+// Ownership:  the tables are the caller's.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_PRICING_H_
 #define ORVA_LIB_DETECT_PRICING_H_
@@ -20,14 +20,13 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
-#include "lib/detect/scorer.h"
 #include "lib/detect/utf8_pricing.h"
 
 namespace orva {
 
 class Pricing {
  public:
-  Pricing(const ModelTables& tables, Scorer* scorer);
+  explicit Pricing(const ModelTables& tables);
 
   // Fills the costs of `readings` of the raw bytes `sample`, in the languages that `languages`, by
   // index, allows; empty allows all.
@@ -35,7 +34,7 @@ class Pricing {
              std::vector<Reading>* readings);
 
   // Costs by language of text that is already UTF-8.
-  std::vector<double> price_utf8(std::string_view text, const std::vector<char>& languages) const {
+  std::vector<double> price_utf8(std::string_view text, const std::vector<char>& languages) {
     return utf8_.price(text, languages, kNoCost);
   }
 
@@ -49,20 +48,20 @@ class Pricing {
                      Reading* reading) const;
   static void drop_impossible(Reading* reading);
   void price_whole(std::string_view sample, Reading* reading) const;
-  void price_pairs(const Text& text, const std::vector<double>& totals, Reading* reading);
+  static void price_pairs(const Text& text, const ListedModels& models,
+                          const std::vector<double>& totals, Reading* reading);
   void price_multi_byte(std::string_view sample, const Text& text,
                         const std::vector<char>& languages, std::vector<Reading>* readings);
   void price_decoded(std::string_view sample, const std::vector<char>& languages, double most,
                      Reading* reading);
   void price_decoded_part(const Charset& charset, std::string_view part,
                           const std::vector<char>& languages, double most, Reading* reading);
-  std::vector<double> totals(const std::vector<std::string>& segments);
   void price_ascii(std::string_view plain, Text* text) const;
 
   size_t priced_ = 0;
   const ModelTables& tables_;
-  Scorer& scorer_;
   const Homes& homes_;
+  ListedSums pair_sums_;
   Utf8Pricing utf8_;
 };
 

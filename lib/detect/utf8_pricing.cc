@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "lib/detect/characters.h"
-#include "lib/detect/charset_table.h"
 #include "lib/detect/focus.h"
 #include "lib/detect/readings.h"
 #include "lib/detect/sample.h"
@@ -38,13 +37,12 @@ std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
 }
 
 // Feeds every `step`th piece of `text`, from the `first` one on; returns how many bytes.
-size_t feed_pieces(std::string_view text, size_t first, size_t step, Scorer* scorer) {
+size_t feed_pieces(std::string_view text, size_t first, size_t step, ListedSums* sums) {
   size_t fed = 0;
   for (size_t from = first * kPiece; from < text.size(); from += step * kPiece) {
     const std::string_view to_its_end = text.substr(0, from + kPiece);
     const size_t context = context_before(text, from);
-    scorer->begin_segment();
-    scorer->feed(to_its_end.substr(context));
+    sums->add(to_its_end.substr(context));
     fed += to_its_end.size() - from;
   }
   return fed;
@@ -52,21 +50,15 @@ size_t feed_pieces(std::string_view text, size_t first, size_t step, Scorer* sco
 
 }  // namespace
 
-Utf8Pricing::Utf8Pricing(const ModelTables& tables, Scorer* scorer)
-    : tables_(tables), scorer_(*scorer) {
-  const int utf8 = find_charset_index("UTF-8");
-  for (int i = 0; i < tables.nb_models(); ++i) {
-    const ModelInfo& model = tables.model(i);
-    if (model.charset != utf8) continue;
-    columns_.push_back({static_cast<size_t>(i), static_cast<size_t>(model.language)});
-  }
-}
+Utf8Pricing::Utf8Pricing(const ModelTables& tables)
+    : tables_(tables), models_(tables.homes().utf8()), sums_(models_) {}
 
-std::vector<double> Utf8Pricing::costs_so_far(const std::vector<Column>& columns) const {
+std::vector<double> Utf8Pricing::costs_so_far(const std::vector<size_t>& columns) {
   std::vector<double> costs(tables_.languages().size(), kNoCost);
-  const std::vector<double> totals = scorer_.totals();
-  for (const Column& column : columns) {
-    costs[column.language] = std::min(costs[column.language], totals[column.model]);
+  const std::vector<double>& totals = sums_.totals();
+  for (const size_t column : columns) {
+    double& cost = costs[language_of(column)];
+    cost = std::min(cost, totals[column]);
   }
   return costs;
 }
@@ -83,24 +75,25 @@ bool Utf8Pricing::is_told(const std::vector<double>& costs, double most) const {
 }
 
 std::vector<double> Utf8Pricing::price(std::string_view text, const std::vector<char>& languages,
-                                       double most) const {
+                                       double most) {
   ScriptCounts scripts;
   const std::string plain = normalised(with_small_letters(main_text(text), &scripts));
-  std::vector<Column> columns;
-  for (const Column& column : columns_) {
-    const Script script = tables_.homes().scripts()[column.language];
-    const bool allowed = languages.empty() || languages[column.language] != 0;
+  std::vector<size_t> columns;
+  for (size_t column = 0; column < models_.nb_models(); ++column) {
+    const size_t language = language_of(column);
+    const Script script = tables_.homes().scripts()[language];
+    const bool allowed = languages.empty() || languages[language] != 0;
     if (allowed && scripts.can_be(script)) columns.push_back(column);
   }
-  scorer_.reset();
+  sums_.reset();
   // Pieces this far apart are asked about so far: each time those halfway between them, twice.
   size_t step = 1;
   while (step * kFirst * kPiece < plain.size()) step *= 4;
-  size_t fed = feed_pieces(plain, 0, step, &scorer_);
+  size_t fed = feed_pieces(plain, 0, step, &sums_);
   std::vector<double> costs = costs_so_far(columns);
   const auto share = [&] { return static_cast<double>(fed) / static_cast<double>(plain.size()); };
   for (; step > 1 && !is_told(costs, most * share()); step /= 4) {
-    for (size_t k = 1; k < 4; ++k) fed += feed_pieces(plain, k * step / 4, step, &scorer_);
+    for (size_t k = 1; k < 4; ++k) fed += feed_pieces(plain, k * step / 4, step, &sums_);
     costs = costs_so_far(columns);
   }
   if (fed < plain.size()) {

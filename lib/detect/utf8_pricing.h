@@ -5,7 +5,7 @@
 // text is none. So a long text costs hardly more time than a short one.
 //
 // Life cycle: one object for each detector; keeps no state between calls.
-// Ownership:  tables and scorer are the caller's.
+// Ownership:  the tables are the caller's.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_UTF8_PRICING_H_
 #define ORVA_LIB_DETECT_UTF8_PRICING_H_
@@ -15,33 +15,31 @@
 
 #include "lib/detect/homes.h"
 #include "lib/detect/model_tables.h"
-#include "lib/detect/scorer.h"
 
 namespace orva {
 
 class Utf8Pricing {
  public:
-  Utf8Pricing(const ModelTables& tables, Scorer* scorer);
+  explicit Utf8Pricing(const ModelTables& tables);
 
   // Costs of all of `text`, by language, in those that `languages`, by index, allows; empty allows
   // all. A text that costs far more than `most` in all of them is not read to its end.
   std::vector<double> price(std::string_view text, const std::vector<char>& languages,
-                            double most) const;
+                            double most);
   // How far a language must be ahead of the others, in nats; infinity asks about all of the text.
   void set_margin(double nats) { margin_ = nats; }
 
  private:
-  struct Column {
-    size_t model;
-    size_t language;
-  };
-
-  std::vector<double> costs_so_far(const std::vector<Column>& columns) const;
+  std::vector<double> costs_so_far(const std::vector<size_t>& columns);
   bool is_told(const std::vector<double>& costs, double most) const;
 
+  size_t language_of(size_t column) const {
+    return static_cast<size_t>(models_.info(column).language);
+  }
+
   const ModelTables& tables_;
-  Scorer& scorer_;
-  std::vector<Column> columns_;  // the models of UTF-8
+  const ListedModels& models_;
+  ListedSums sums_;
   double margin_ = 80;
 };
 

@@ -15,7 +15,7 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
-#include "lib/detect/scorer.h"
+#include "tests/reference/scorer.h"
 #include "lib/detect/trials.h"
 
 namespace orva {

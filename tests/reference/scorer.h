@@ -11,8 +11,8 @@
 // Life cycle: reset starts a new text; totals may be asked for at any time and again.
 // Ownership:  the tables are not owned and must stay.
 // Threads:    one at a time for each object; tables are shared.
-#ifndef ORVA_LIB_DETECT_SCORER_H_
-#define ORVA_LIB_DETECT_SCORER_H_
+#ifndef ORVA_TESTS_REFERENCE_SCORER_H_
+#define ORVA_TESTS_REFERENCE_SCORER_H_
 
 #include <cstdint>
 #include <string_view>
@@ -24,9 +24,6 @@ namespace orva {
 
 class Scorer {
  public:
-  // What a byte costs a model that knows neither its trigram nor the byte.
-  static constexpr double kUnseenCost = 30.0;
-
   explicit Scorer(const ModelTables& tables);
   Scorer(const Scorer&) = delete;
   Scorer& operator=(const Scorer&) = delete;
@@ -73,4 +70,4 @@ class Scorer {
 
 }  // namespace orva
 
-#endif  // ORVA_LIB_DETECT_SCORER_H_
+#endif  // ORVA_TESTS_REFERENCE_SCORER_H_

@@ -1,4 +1,4 @@
-#include "lib/detect/scorer.h"
+#include "tests/reference/scorer.h"
 
 #include <algorithm>
 

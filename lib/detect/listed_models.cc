@@ -1,0 +1,116 @@
+#include "lib/detect/listed_models.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+namespace orva {
+
+ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
+    : tables_(tables),
+      models_(std::move(models)),
+      folding_(tables.switches()),
+      columns_(static_cast<size_t>(tables.nb_indices())),
+      unigrams_(kNbBytes * models_.size(), 0) {
+  std::vector<int> column_of(static_cast<size_t>(tables.nb_models()), -1);
+  for (size_t i = 0; i < models_.size(); ++i) {
+    column_of[static_cast<size_t>(models_[i])] = static_cast<int>(i);
+    columns_[static_cast<size_t>(models_[i])].push_back(static_cast<uint8_t>(i));
+    const int fact = info(i).fact;
+    if (fact >= 0) columns_[static_cast<size_t>(fact)].push_back(static_cast<uint8_t>(i));
+  }
+  for (size_t b = 0; b < kNbBytes; ++b) {
+    for (const UnigramEntry& entry : tables.unigrams(static_cast<unsigned char>(b))) {
+      const int column = column_of[static_cast<size_t>(entry.model)];
+      if (column < 0) continue;
+      unigrams_[b * models_.size() + static_cast<size_t>(column)] +=
+          static_cast<uint64_t>(entry.q) + kOne;
+    }
+  }
+}
+
+void ListedModels::set(uint32_t trigram, int index, int q) {
+  for (const uint8_t column : columns_[static_cast<size_t>(index)]) {
+    if (known_.empty() || known_.back().key != trigram) {
+      known_.push_back({trigram, static_cast<uint32_t>(entries_.size()), 0});
+    }
+    entries_.push_back({column, static_cast<uint8_t>(q)});
+    ++known_.back().count;
+  }
+}
+
+void ListedModels::finish() {
+  const size_t size = std::bit_ceil(2 * known_.size() + 2);
+  slots_.assign(size, Slot());
+  mask_ = size - 1;
+  shift_ = 32 - std::countr_zero(size);
+  for (const Slot& known : known_) {
+    size_t at = slot_of(known.key);
+    while (slots_[at & mask_].count != 0) ++at;
+    slots_[at & mask_] = known;
+  }
+  entries_.shrink_to_fit();
+  known_ = {};
+  columns_ = {};
+}
+
+ListedSums::ListedSums(const ListedModels& models)
+    : models_(models),
+      known_(models.nb_models()),
+      unigrams_(models.nb_models(), 0),
+      totals_(models.nb_models(), 0) {}
+
+void ListedSums::reset() {
+  std::fill(known_.begin(), known_.end(), Known());
+  std::fill(unigrams_.begin(), unigrams_.end(), 0);
+  std::fill(std::begin(counts_), std::end(counts_), 0);
+  scored_ = 0;
+}
+
+void ListedSums::add(std::string_view text) {
+  Known* const known = known_.data();
+  walk_trigrams(text, models_.folding(), [&](size_t, auto a, auto b, auto c) {
+    ++counts_[c];
+    const ListedModels::Entries found = models_.entries(a, b, c);
+    const uint64_t* const unigrams = models_.unigrams(c);
+    for (size_t i = 0; i < found.count; ++i) {
+      const ListedModels::Entry entry = found.first[i];
+      known[entry.column].trigrams += entry.q + ListedModels::kOne;
+      known[entry.column].unigrams += unigrams[entry.column];
+    }
+  });
+}
+
+void ListedSums::add_unigrams() {
+  for (unsigned b = 0; b < 256; ++b) {
+    if (counts_[b] == 0) continue;
+    const uint64_t* const unigrams = models_.unigrams(static_cast<unsigned char>(b));
+    for (size_t i = 0; i < unigrams_.size(); ++i) unigrams_[i] += counts_[b] * unigrams[i];
+    scored_ += counts_[b];
+    counts_[b] = 0;
+  }
+}
+
+double ListedSums::total(size_t column) const {
+  const auto low = [](uint64_t both) { return static_cast<int64_t>(both & 0xFFFFFFFF); };
+  const auto high = [](uint64_t both) { return static_cast<int64_t>(both >> 32); };
+  const ModelInfo& info = models_.info(column);
+  const Known& known = known_[column];
+  const int64_t count = high(known.trigrams);
+  const int64_t by_byte = high(unigrams_[column]) - high(known.unigrams);
+  const int64_t by_byte_sum = low(unigrams_[column]) - low(known.unigrams);
+  const int64_t unseen = static_cast<int64_t>(scored_) - count - by_byte;
+  return static_cast<double>(low(known.trigrams)) * info.step +
+         static_cast<double>(count) * info.least +
+         static_cast<double>(by_byte_sum) * info.unigram_step +
+         static_cast<double>(by_byte) * info.unigram_least +
+         kUnseenCost * static_cast<double>(unseen);
+}
+
+const std::vector<double>& ListedSums::totals() {
+  add_unigrams();
+  for (size_t i = 0; i < totals_.size(); ++i) totals_[i] = total(i);
+  return totals_;
+}
+
+}  // namespace orva

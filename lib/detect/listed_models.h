@@ -1,0 +1,127 @@
+// ListedModels: what text costs under some models of a group, by lists of the models that know a
+// trigram.
+//
+//   orva::ListedModels models(tables, {0, 7});
+//   tables.for_each_trigram([&](auto a, auto b, auto c, int leaf) { ... models.set(...); });
+//   models.finish();
+//   orva::ListedSums sums(models);
+//   sums.add(text);
+//   double nats = sums.totals()[1];   // under model 7
+//
+// Of many models few know a trigram, as a rule: what they do not know is counted by bytes alone,
+// and taken back for those that do. Sums are exact.
+//
+// Life cycle: constructor, set for what the models know, trigram by trigram, finish; then constant.
+// Threads:    any number may read; ListedSums are used by one at a time.
+#ifndef ORVA_LIB_DETECT_LISTED_MODELS_H_
+#define ORVA_LIB_DETECT_LISTED_MODELS_H_
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "lib/detect/model_tables.h"
+#include "lib/detect/trigram_walk.h"
+
+namespace orva {
+
+class ListedModels {
+ public:
+  // One of the models knows a trigram at a quantised cost.
+  struct Entry {
+    uint8_t column;
+    uint8_t q;
+  };
+  // Those that know one.
+  struct Entries {
+    const Entry* first;
+    size_t count;
+  };
+  // Two numbers added up at once, neither of which grows beyond 32 bits: quantised costs, and how
+  // many there are.
+  static constexpr uint64_t kOne = uint64_t{1} << 32;
+
+  // REQUIRES: at most 256 models.
+  ListedModels(const ModelTables& tables, std::vector<int> models);
+
+  // The accumulator `index`, of a model or of a fact set, has the trigram at the quantised cost
+  // `q`. Calls for one trigram follow each other.
+  void set(uint32_t trigram, int index, int q);
+  void finish();
+
+  static uint32_t trigram_of(unsigned char a, unsigned char b, unsigned char c) {
+    return static_cast<uint32_t>(a) << 16 | static_cast<uint32_t>(b) << 8 | c;
+  }
+
+  size_t nb_models() const { return models_.size(); }
+  const std::vector<int>& models() const { return models_; }
+  const ModelInfo& info(size_t column) const { return tables_.model(models_[column]); }
+  const Folding& folding() const { return folding_; }
+
+  Entries entries(unsigned char a, unsigned char b, unsigned char c) const {
+    const uint32_t key = trigram_of(a, b, c);
+    for (size_t at = slot_of(key);; ++at) {
+      const Slot& slot = slots_[at & mask_];
+      if (slot.key == key) return {entries_.data() + slot.first, slot.count};
+      if (slot.count == 0) return {nullptr, 0};
+    }
+  }
+  // By column: what the byte costs where its trigram is not known.
+  const uint64_t* unigrams(unsigned char byte) const {
+    return unigrams_.data() + byte * models_.size();
+  }
+
+ private:
+  struct Slot {
+    uint32_t key = 0;
+    uint32_t first = 0;
+    uint32_t count = 0;  // 0: the slot is free
+  };
+
+  size_t slot_of(uint32_t key) const { return key * 2654435761U >> shift_; }
+
+  const ModelTables& tables_;
+  std::vector<int> models_;
+  Folding folding_;
+  std::vector<std::vector<uint8_t>> columns_;  // by accumulator; empty when finished
+  std::vector<Slot> known_;                    // likewise, in the order in which they were set
+  std::vector<Entry> entries_;
+  std::vector<uint64_t> unigrams_;
+  std::vector<Slot> slots_;
+  size_t mask_ = 0;
+  int shift_ = 0;
+};
+
+// The cost of texts, added up.
+class ListedSums {
+ public:
+  explicit ListedSums(const ListedModels& models);
+
+  void reset();
+  // The trigrams of a text, which does not go on where the last one ended.
+  // REQUIRES: fewer than 8 million bytes from one reset to the next.
+  void add(std::string_view text);
+  // Nats so far, by model.
+  const std::vector<double>& totals();
+
+ private:
+  // Of the trigrams that a model knows, and what their last bytes would have cost instead.
+  struct Known {
+    uint64_t trigrams = 0;
+    uint64_t unigrams = 0;
+  };
+
+  void add_unigrams();
+  double total(size_t column) const;
+
+  const ListedModels& models_;
+  std::vector<Known> known_;
+  std::vector<uint64_t> unigrams_;  // of all bytes that were scored
+  uint32_t counts_[256] = {};       // of those not in unigrams_ yet
+  uint64_t scored_ = 0;
+  std::vector<double> totals_;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_LISTED_MODELS_H_
