@@ -1,7 +1,6 @@
 #include "lib/detect/home_models.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -10,6 +9,7 @@ namespace orva {
 namespace {
 
 constexpr size_t kRowStep = 8;  // a row fills whole vectors of 16 bytes
+constexpr size_t kAtOnce = 64;  // rows
 constexpr double kMostUnits = 65535;
 constexpr int kMostQuantised = 255;
 
@@ -74,38 +74,41 @@ void HomeModels::set(uint32_t trigram, size_t column, int q) {
 }
 
 void HomeModels::finish() {
-  const size_t size = std::bit_ceil(2 * trigrams_.size() + 2);
-  slots_.assign(size, Slot());
-  mask_ = size - 1;
-  shift_ = 32 - std::countr_zero(size);
-  for (size_t i = 0; i < trigrams_.size(); ++i) {
-    size_t at = slot_of(trigrams_[i]);
-    while (slots_[at & mask_].key != kEmpty) ++at;
-    slots_[at & mask_] = {trigrams_[i], static_cast<uint32_t>(kNbBytes + i)};
-  }
+  index_ = TrigramIndex(trigrams_);
   rows_.shrink_to_fit();
   trigrams_ = {};
   units_ = {};
 }
 
-void CostSums::add_row(const uint16_t* row) {
-  uint32_t* const sums = sums_.data();
+void CostSums::add_rows(const uint16_t* const* rows, size_t count) {
   const size_t width = sums_.size();
   for (size_t k = 0; k < width; k += kRowStep) {
-    // A loop of fixed length becomes vector additions.
-    for (size_t j = k; j < k + kRowStep; ++j) sums[j] += row[j];
+    // Loops of fixed length become vector additions.
+    uint32_t sums[kRowStep] = {};
+    for (size_t r = 0; r < count; ++r) {
+      for (size_t j = 0; j < kRowStep; ++j) sums[j] += rows[r][k + j];
+    }
+    for (size_t j = 0; j < kRowStep; ++j) sums_[k + j] += sums[j];
   }
-  if (++pending_ < kFoldAfter) return;
+  pending_ += static_cast<uint32_t>(count);
+  if (pending_ < kFoldAfter) return;
   folded_.resize(width, 0);
-  for (size_t k = 0; k < width; ++k) folded_[k] += std::exchange(sums[k], 0);
+  for (size_t k = 0; k < width; ++k) folded_[k] += std::exchange(sums_[k], 0);
   pending_ = 0;
 }
 
 void CostSums::add(std::string_view text, size_t from) {
   const bool ascii_only = models_->kind() == HomeModels::kAsciiOnly;
+  const uint16_t* rows[kAtOnce];
+  size_t count = 0;
   walk_trigrams(text, models_->folding(), [&](size_t at, auto a, auto b, auto c) {
-    if (at >= from && (!ascii_only || (a | b | c) < 0x80)) add_row(models_->row(a, b, c));
+    if (at < from || (ascii_only && (a | b | c) >= 0x80)) return;
+    rows[count] = models_->row(a, b, c);
+    if (++count < kAtOnce) return;
+    add_rows(rows, count);
+    count = 0;
   });
+  add_rows(rows, count);
 }
 
 }  // namespace orva

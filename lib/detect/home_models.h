@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "lib/detect/model_tables.h"
+#include "lib/detect/trigram_index.h"
 #include "lib/detect/trigram_walk.h"
 
 namespace orva {
@@ -39,10 +40,6 @@ class HomeModels {
   void set(uint32_t trigram, size_t column, int q);
   void finish();
 
-  static uint32_t trigram_of(unsigned char a, unsigned char b, unsigned char c) {
-    return static_cast<uint32_t>(a) << 16 | static_cast<uint32_t>(b) << 8 | c;
-  }
-
   size_t nb_models() const { return nb_models_; }
   size_t width() const { return width_; }
   // Nats for one unit of a row.
@@ -52,24 +49,12 @@ class HomeModels {
 
   // width() costs, in units.
   const uint16_t* row(unsigned char a, unsigned char b, unsigned char c) const {
-    const uint32_t key = trigram_of(a, b, c);
-    for (size_t at = slot_of(key);; ++at) {
-      const Slot& slot = slots_[at & mask_];
-      if (slot.key == key) return rows_.data() + size_t{slot.row} * width_;
-      if (slot.key == kEmpty) return rows_.data() + size_t{c} * width_;
-    }
+    const int known = index_.find(a, b, c);
+    const size_t row = known == TrigramIndex::kNone ? c : kNbBytes + static_cast<size_t>(known);
+    return rows_.data() + row * width_;
   }
 
  private:
-  static constexpr uint32_t kEmpty = ~0U;
-
-  struct Slot {
-    uint32_t key = kEmpty;
-    uint32_t row = 0;
-  };
-
-  size_t slot_of(uint32_t key) const { return key * 2654435761U >> shift_; }
-
   void add_byte_rows(const ModelTables& tables, const std::vector<int>& models);
   uint16_t units(double nats) const;
 
@@ -81,9 +66,7 @@ class HomeModels {
   std::vector<uint16_t> rows_;      // of the 256 bytes, then of the trigrams
   std::vector<uint32_t> trigrams_;  // of the rows behind those of the bytes; empty when finished
   std::vector<uint16_t> units_;     // of trigram costs, by column and quantised cost
-  std::vector<Slot> slots_;
-  size_t mask_ = 0;
-  int shift_ = 0;
+  TrigramIndex index_;
 };
 
 // The cost of a text, added up.
@@ -102,9 +85,9 @@ class CostSums {
 
  private:
   // So many rows cannot overflow 32 bits.
-  static constexpr uint32_t kFoldAfter = 65536;
+  static constexpr uint32_t kFoldAfter = 65536 - 64;
 
-  void add_row(const uint16_t* row);
+  void add_rows(const uint16_t* const* rows, size_t count);
 
   const HomeModels* models_;
   std::vector<uint32_t> sums_;    // of the rows since the last fold

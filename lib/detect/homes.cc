@@ -88,7 +88,7 @@ const Rewriting& Homes::rewriting(int charset, size_t home) const {
 
 void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& columns) {
   const auto visit = [&](unsigned char a, unsigned char b, unsigned char c, int leaf) {
-    const uint32_t trigram = HomeModels::trigram_of(a, b, c);
+    const uint32_t trigram = trigram_of(a, b, c);
     int count = 0;
     const uint16_t* values = tables.leaf_values(leaf, &count);
     for (int v = 0; v < count; ++v) {

@@ -1,7 +1,6 @@
 #include "lib/detect/listed_models.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace orva {
@@ -31,26 +30,20 @@ ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
 
 void ListedModels::set(uint32_t trigram, int index, int q) {
   for (const uint8_t column : columns_[static_cast<size_t>(index)]) {
-    if (known_.empty() || known_.back().key != trigram) {
-      known_.push_back({trigram, static_cast<uint32_t>(entries_.size()), 0});
+    if (trigrams_.empty() || trigrams_.back() != trigram) {
+      trigrams_.push_back(trigram);
+      firsts_.push_back(static_cast<uint32_t>(entries_.size()));
     }
     entries_.push_back({column, static_cast<uint8_t>(q)});
-    ++known_.back().count;
   }
 }
 
 void ListedModels::finish() {
-  const size_t size = std::bit_ceil(2 * known_.size() + 2);
-  slots_.assign(size, Slot());
-  mask_ = size - 1;
-  shift_ = 32 - std::countr_zero(size);
-  for (const Slot& known : known_) {
-    size_t at = slot_of(known.key);
-    while (slots_[at & mask_].count != 0) ++at;
-    slots_[at & mask_] = known;
-  }
+  index_ = TrigramIndex(trigrams_);
+  firsts_.push_back(static_cast<uint32_t>(entries_.size()));
+  firsts_.shrink_to_fit();
   entries_.shrink_to_fit();
-  known_ = {};
+  trigrams_ = {};
   columns_ = {};
 }
 

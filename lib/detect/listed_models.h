@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "lib/detect/model_tables.h"
+#include "lib/detect/trigram_index.h"
 #include "lib/detect/trigram_walk.h"
 
 namespace orva {
@@ -49,22 +50,16 @@ class ListedModels {
   void set(uint32_t trigram, int index, int q);
   void finish();
 
-  static uint32_t trigram_of(unsigned char a, unsigned char b, unsigned char c) {
-    return static_cast<uint32_t>(a) << 16 | static_cast<uint32_t>(b) << 8 | c;
-  }
-
   size_t nb_models() const { return models_.size(); }
   const std::vector<int>& models() const { return models_; }
   const ModelInfo& info(size_t column) const { return tables_.model(models_[column]); }
   const Folding& folding() const { return folding_; }
 
   Entries entries(unsigned char a, unsigned char b, unsigned char c) const {
-    const uint32_t key = trigram_of(a, b, c);
-    for (size_t at = slot_of(key);; ++at) {
-      const Slot& slot = slots_[at & mask_];
-      if (slot.key == key) return {entries_.data() + slot.first, slot.count};
-      if (slot.count == 0) return {nullptr, 0};
-    }
+    const int known = index_.find(a, b, c);
+    if (known == TrigramIndex::kNone) return {nullptr, 0};
+    const uint32_t* const first = firsts_.data() + known;
+    return {entries_.data() + first[0], first[1] - first[0]};
   }
   // By column: what the byte costs where its trigram is not known.
   const uint64_t* unigrams(unsigned char byte) const {
@@ -72,24 +67,15 @@ class ListedModels {
   }
 
  private:
-  struct Slot {
-    uint32_t key = 0;
-    uint32_t first = 0;
-    uint32_t count = 0;  // 0: the slot is free
-  };
-
-  size_t slot_of(uint32_t key) const { return key * 2654435761U >> shift_; }
-
   const ModelTables& tables_;
   std::vector<int> models_;
   Folding folding_;
   std::vector<std::vector<uint8_t>> columns_;  // by accumulator; empty when finished
-  std::vector<Slot> known_;                    // likewise, in the order in which they were set
+  std::vector<uint32_t> trigrams_;             // likewise
+  std::vector<uint32_t> firsts_;               // of the entries of each trigram
   std::vector<Entry> entries_;
   std::vector<uint64_t> unigrams_;
-  std::vector<Slot> slots_;
-  size_t mask_ = 0;
-  int shift_ = 0;
+  TrigramIndex index_;
 };
 
 // The cost of texts, added up.
