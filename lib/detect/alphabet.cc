@@ -14,6 +14,9 @@ namespace {
 constexpr uint16_t kNextLine = 0x85;
 constexpr uint16_t kApostrophe = 0x2019;
 constexpr uint16_t kMiddleDot = 0xB7;
+constexpr uint16_t kOpening = 0x201C;
+constexpr uint16_t kClosing = 0x201D;
+constexpr uint16_t kLow = 0x201E;  // opened with this, a phrase is closed with kOpening
 
 // ASCII signs in which mainframe charsets differ, from the commonest on.
 double punctuation_cost(uint32_t value) {
@@ -92,6 +95,16 @@ ByteRole role_of(int byte, uint16_t value, bool mainframe) {
   return is_letter(value) ? role_of_letter(value) : role_of_sign(value);
 }
 
+uint32_t traits_of(const ByteRole& role) {
+  uint32_t traits = role.scripts;
+  if (role.letter != 0) traits |= kLetterTrait;
+  if (!role.common) traits |= kOddTrait;
+  if (role.foreign) traits |= kForeignTrait;
+  if (role.value == kOpening) traits |= kOpeningTrait;
+  if (role.value == kClosing || role.value == kLow) traits |= kClosingTrait;
+  return traits;
+}
+
 }  // namespace
 
 Alphabet::Alphabet(const uint16_t* table, bool mainframe) {
@@ -102,6 +115,7 @@ Alphabet::Alphabet(const uint16_t* table, bool mainframe) {
     roles_[b].outside_ascii = table[b] >= 0x80;
     roles_[b].scripts = scripts_of_letter(table[b]);
   }
+  for (int b = 0; b < 256; ++b) traits_[b] = traits_of(roles_[b]);
 }
 
 const Alphabet& alphabet_of(int charset) {

@@ -36,6 +36,15 @@ struct ByteRole {
   bool is_blank() const { return letter == 0 && (stand_in == ' ' || stand_in == '\n'); }
 };
 
+// What a byte's role says in a word that is quick to look at: the bits of its scripts, and these.
+enum ByteTraits : uint32_t {
+  kLetterTrait = 1U << 31,   // a letter outside ASCII
+  kOddTrait = 1U << 30,      // a sign that is not found in all kinds of text
+  kForeignTrait = 1U << 29,  // a letter of another script than the Latin one
+  kOpeningTrait = 1U << 28,  // a quotation mark that a closing one has to follow
+  kClosingTrait = 1U << 27,
+};
+
 class Alphabet {
  public:
   // Of the charset that `table` decodes. Those of mainframes differ in ASCII signs, too, which are
@@ -43,9 +52,11 @@ class Alphabet {
   Alphabet(const uint16_t* table, bool mainframe);
 
   const ByteRole& operator[](int byte) const { return roles_[byte]; }
+  uint32_t traits(int byte) const { return traits_[byte]; }
 
  private:
   ByteRole roles_[256];
+  uint32_t traits_[256];
 };
 
 // REQUIRES: `charset` is the index of a single-byte one.

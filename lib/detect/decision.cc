@@ -104,6 +104,7 @@ struct Decider::Task {
   const Evidence& evidence;
   std::string_view sample;
   const Restrictions& restrictions;
+  const uint64_t high = evidence.high();
 
   bool allows(const char* charset) const {
     return restrictions.allows_charset(find_charset_index(charset));
@@ -228,49 +229,47 @@ int Decider::name_for(const Reading& reading, int language, const Task& task) co
 Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* grounds) const {
   *grounds = Grounds{};
   grounds->length = static_cast<double>(task.sample.size());
-  grounds->high = static_cast<double>(task.evidence.high());
+  grounds->high = static_cast<double>(task.high);
   Candidate best;
   best.cost = kNoCost;
-  std::vector<double> by_language = reading.costs;
   const double scale = temperature(static_cast<double>(task.sample.size()));
   double least = kNoCost;
-  for (size_t l = 0; l < by_language.size(); ++l) {
+  double next = kNoCost;
+  for (size_t l = 0; l < reading.costs.size(); ++l) {
     if (!task.restrictions.allows_language(l)) continue;
-    best.cost = std::min(best.cost, reading.costs[l]);
-    if (!reading.language_extra.empty()) by_language[l] += reading.language_extra[l];
-    by_language[l] += scale * priors_.language(l);
-    if (by_language[l] >= least) continue;
-    least = by_language[l];
+    double cost = reading.costs[l];
+    best.cost = std::min(best.cost, cost);
+    if (reading.language_extra != nullptr) cost += (*reading.language_extra)[l];
+    cost += scale * priors_.language(l);
+    next = std::min(next, std::max(cost, least));
+    if (cost >= least) continue;
+    least = cost;
     best.language = static_cast<int>(l);
   }
   if (best.language < 0) return best;
   best.charset = name_for(reading, best.language, task);
-  double next = kNoCost;
-  for (size_t l = 0; l < by_language.size(); ++l) {
-    const bool other = static_cast<int>(l) != best.language;
-    if (other && task.restrictions.allows_language(l)) next = std::min(next, by_language[l]);
-  }
   grounds->language_margin = std::min(next - least, kMostMargin);
   const double bytes = static_cast<double>(std::max<size_t>(pricing_.priced(), 1));
   grounds->misfit = std::max(best.cost / bytes - kGoodFit, 0.0);
-  best.cost += priors_.pair(best.charset, best.language) * prior_weight(task.evidence.high());
+  best.cost += priors_.pair(best.charset, best.language) * prior_weight(task.high);
   return best;
 }
 
 void Decider::decide_by_cost(const Task& task, Decision* decision) {
   const auto allowed = [&task](int c) { return task.restrictions.allows_charset(c); };
-  std::vector<Reading> readings = find_readings(task.evidence, allowed, false);
-  if (readings.empty()) readings = find_readings(task.evidence, allowed, true);
-  for (Reading& reading : readings) {
-    reading.prior = prior_cost(reading.charsets.front()) * prior_weight(task.evidence.high());
+  find_readings(task.evidence, allowed, false, &readings_);
+  if (readings_.empty()) find_readings(task.evidence, allowed, true, &readings_);
+  const double weight = prior_weight(task.high);
+  for (Reading& reading : readings_) {
+    reading.prior = prior_cost(reading.charsets.front()) * weight;
   }
-  pricing_.price(task.sample, task.restrictions.languages, &readings);
+  pricing_.price(task.sample, task.restrictions.languages, &readings_);
   std::vector<std::pair<Candidate, Grounds>> ranked;
-  for (const Reading& reading : readings) {
+  ranked.reserve(readings_.size());
+  for (const Reading& reading : readings_) {
     Grounds grounds;
-    Candidate candidate = best_of(task, reading, &grounds);
+    const Candidate candidate = best_of(task, reading, &grounds);
     grounds.ground = ground_of(reading);
-    candidate.language_probability = language_confidence(grounds);
     if (candidate.language >= 0) ranked.emplace_back(candidate, grounds);
   }
   if (ranked.empty()) return;
@@ -278,6 +277,8 @@ void Decider::decide_by_cost(const Task& task, Decision* decision) {
                    [](const auto& a, const auto& b) { return a.first.cost < b.first.cost; });
   for (const auto& [candidate, grounds] : ranked) decision->candidates.push_back(candidate);
   decision->grounds = ranked.front().second;
+  Candidate& best = decision->candidates.front();
+  best.language_probability = language_confidence(decision->grounds);
   if (ranked.size() == 1) {
     // Where the caller left only one, that it decodes the bytes says little: it has to fit.
     const bool by_itself = task.restrictions.charsets.empty();

@@ -25,7 +25,7 @@ struct Candidate {
   int language = -1;  // index in the tables' languages; -1: not told
   double cost = 0;    // nats, lower is better
   double probability = 0;
-  double language_probability = 0;  // of this language, given the charset
+  double language_probability = 0;  // of this language, given the charset; of the likeliest one
 };
 
 struct Decision {
@@ -77,6 +77,7 @@ class Decider {
   const ModelTables& tables_;
   const PriorTables priors_;
   Pricing pricing_;
+  Pool<Reading> readings_;
 };
 
 }  // namespace orva

@@ -80,6 +80,13 @@ void HomeModels::finish() {
   units_ = {};
 }
 
+void CostSums::start(const HomeModels& models) {
+  models_ = &models;
+  sums_.assign(models.width(), 0);
+  folded_.clear();
+  pending_ = 0;
+}
+
 void CostSums::add_rows(const uint16_t* const* rows, size_t count) {
   const size_t width = sums_.size();
   for (size_t k = 0; k < width; k += kRowStep) {

@@ -72,7 +72,11 @@ class HomeModels {
 // The cost of a text, added up.
 class CostSums {
  public:
-  explicit CostSums(const HomeModels& models) : models_(&models), sums_(models.width(), 0) {}
+  CostSums() = default;
+  explicit CostSums(const HomeModels& models) { start(models); }
+
+  // Begins again, with other models.
+  void start(const HomeModels& models);
 
   // The trigrams of `text` that end at `from` or behind it. The text is normalised as the group
   // asks: runs cut, capitals folded, digits and blanks removed.
@@ -89,7 +93,7 @@ class CostSums {
 
   void add_rows(const uint16_t* const* rows, size_t count);
 
-  const HomeModels* models_;
+  const HomeModels* models_ = nullptr;
   std::vector<uint32_t> sums_;    // of the rows since the last fold
   std::vector<uint64_t> folded_;  // empty before the first fold
   uint32_t pending_ = 0;

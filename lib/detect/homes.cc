@@ -76,14 +76,30 @@ Homes::Homes(const ModelTables& tables) {
   rewritings_ = std::make_unique<Rewritings[]>(static_cast<size_t>(kCharsetCount));
 }
 
-const Rewriting& Homes::rewriting(int charset, size_t home) const {
+const std::vector<Rewriting>& Homes::rewritings(int charset) const {
   Rewritings& all = rewritings_[static_cast<size_t>(charset)];
   std::call_once(all.made, [&] {
     std::vector<Rewriting> made;
     for (const Home& h : homes_) made.emplace_back(alphabet_of(charset), h.alphabet);
     all.in_home = std::move(made);
   });
-  return all.in_home[home];
+  return all.in_home;
+}
+
+PossibleLanguages Homes::possible(uint32_t scripts, const std::vector<char>& allowed) const {
+  PossibleLanguages possible;
+  possible.scripts = scripts;
+  for (size_t l = 0; l < scripts_.size(); ++l) {
+    const bool can = (scripts & script_bit(scripts_[l])) != 0;
+    possible.marks.push_back(can && (allowed.empty() || allowed[l] != 0) ? 1 : 0);
+  }
+  for (size_t h = 0; h < homes_.size(); ++h) {
+    const std::vector<size_t>& languages = homes_[h].languages;
+    const bool any = std::any_of(languages.begin(), languages.end(),
+                                 [&](size_t l) { return possible.marks[l] != 0; });
+    if (any) possible.homes.push_back(h);
+  }
+  return possible;
 }
 
 void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& columns) {

@@ -26,6 +26,13 @@ struct Home {
   HomeModels models;  // in the order of `languages`
 };
 
+// What a reading can be in: languages, and the homes that have any of them.
+struct PossibleLanguages {
+  uint32_t scripts = 0;     // a bit for each that it can be written in
+  std::vector<char> marks;  // by language
+  std::vector<size_t> homes;
+};
+
 class Homes {
  public:
   explicit Homes(const ModelTables& tables);
@@ -37,8 +44,10 @@ class Homes {
   // The models of UTF-8, and those of charsets that keep ASCII and take bytes together.
   const ListedModels& utf8() const { return *utf8_; }
   const ListedModels& pairs() const { return *pairs_; }
-  // How texts of a single-byte charset are written in the home'th home. Made at its first use.
-  const Rewriting& rewriting(int charset, size_t home) const;
+  // How texts of a single-byte charset are written, by home. Made at their first use.
+  const std::vector<Rewriting>& rewritings(int charset) const;
+  // The languages of the scripts, of those that `allowed`, by index, allows; empty allows all.
+  PossibleLanguages possible(uint32_t scripts, const std::vector<char>& allowed) const;
   // By language.
   const std::vector<Script>& scripts() const { return scripts_; }
 

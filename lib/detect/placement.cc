@@ -30,10 +30,6 @@ constexpr size_t kLongestBracket = 80;
 constexpr double kClosingInFront = 4;
 constexpr double kUnclosed = 2;
 
-constexpr uint16_t kOpening = 0x201C;
-constexpr uint16_t kClosing = 0x201D;
-constexpr uint16_t kLow = 0x201E;  // opened with this, a phrase is closed with kOpening
-
 }  // namespace
 
 ByteCounts::ByteCounts(const std::vector<std::string>& texts) {
@@ -43,19 +39,20 @@ ByteCounts::ByteCounts(const std::vector<std::string>& texts) {
   for (int b = 0; b < 256; ++b) {
     if (of[b] != 0) present.push_back(static_cast<unsigned char>(b));
   }
+  std::sort(present.begin(), present.end(),
+            [this](unsigned char a, unsigned char b) { return of[a] > of[b]; });
 }
 
-Placement::Placement(const Alphabet& alphabet, const ByteCounts& counts) : alphabet_(alphabet) {
-  bool opening = false;
-  bool closing = false;
+Placement::Placement(const Alphabet& alphabet, const ByteCounts& counts) : alphabet_(&alphabet) {
+  uint32_t all = 0;
   for (const int b : counts.present) {
-    const ByteRole& role = alphabet_[b];
-    if (role.letter != 0) letters_ += counts.of[b];
-    if (!role.common) odd_ += counts.of[b];
-    opening = opening || role.value == kOpening;
-    closing = closing || role.value == kClosing || role.value == kLow;
+    const uint32_t traits = alphabet.traits(b);
+    if ((traits & kLetterTrait) != 0) letters_ += counts.of[b];
+    if ((traits & kOddTrait) != 0) odd_ += counts.of[b];
+    all |= traits;
   }
-  unclosed_ = opening && !closing;
+  unclosed_ = (all & kOpeningTrait) != 0 && (all & kClosingTrait) == 0;
+  foreign_ = (all & kForeignTrait) != 0;
 }
 
 // Signs in which mainframe charsets differ, by what is around them: brackets come in pairs, the
@@ -108,7 +105,7 @@ double Placement::apart_cost(std::string_view text, size_t at) const {
 }
 
 double Placement::cost(std::string_view text, size_t from, size_t to) const {
-  const ByteRole& line_end = alphabet_['\n'];
+  const ByteRole& line_end = (*alphabet_)['\n'];
   Place place = {&line_end, from > 1 ? &role_at(text, from - 2) : &line_end,
                  from > 0 ? &role_at(text, from - 1) : &line_end};
   double cost = 0;
@@ -140,7 +137,7 @@ bool Placement::has_lone_letters(const std::vector<std::string>& texts) const {
 }
 
 double Placement::whole_cost(const std::vector<std::string>& texts) const {
-  return (unclosed_ ? kUnclosed : 0) + (has_lone_letters(texts) ? kLoneLetters : 0);
+  return (unclosed_ ? kUnclosed : 0) + (foreign_ && has_lone_letters(texts) ? kLoneLetters : 0);
 }
 
 }  // namespace orva

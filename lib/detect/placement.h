@@ -19,7 +19,7 @@ namespace orva {
 // How often each byte occurs in `texts`.
 struct ByteCounts {
   uint64_t of[256] = {};
-  std::vector<unsigned char> present;  // the bytes that occur
+  std::vector<unsigned char> present;  // the bytes that occur, the most frequent first
 
   explicit ByteCounts(const std::vector<std::string>& texts);
 };
@@ -48,7 +48,7 @@ class Placement {
 
   static double letters_cost(const Place& place);
   const ByteRole& role_at(std::string_view text, size_t at) const {
-    return alphabet_[static_cast<unsigned char>(text[at])];
+    return (*alphabet_)[static_cast<unsigned char>(text[at])];
   }
   bool is_letter_at(std::string_view text, size_t at) const {
     return at < text.size() && role_at(text, at).is_letter();
@@ -61,8 +61,9 @@ class Placement {
   double sign_place_cost(std::string_view text, size_t at) const;
   bool has_lone_letters(const std::vector<std::string>& texts) const;
 
-  const Alphabet& alphabet_;
+  const Alphabet* alphabet_;
   bool unclosed_ = false;
+  bool foreign_ = false;  // there is a letter of another script than the Latin one
   uint64_t odd_ = 0;
   uint64_t letters_ = 0;
 };

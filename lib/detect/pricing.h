@@ -7,12 +7,13 @@
 // models of the charset itself. What every reading has in common, trigrams of ASCII alone, is
 // priced once.
 //
-// Life cycle: one object for each detector; keeps no state between calls.
+// Life cycle: one object for each detector; keeps nothing of a document but the costs of its ASCII.
 // Ownership:  the tables are the caller's.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_PRICING_H_
 #define ORVA_LIB_DETECT_PRICING_H_
 
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,7 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
+#include "lib/detect/trials.h"
 #include "lib/detect/utf8_pricing.h"
 
 namespace orva {
@@ -30,8 +32,7 @@ class Pricing {
 
   // Fills the costs of `readings` of the raw bytes `sample`, in the languages that `languages`, by
   // index, allows; empty allows all.
-  void price(std::string_view sample, const std::vector<char>& languages,
-             std::vector<Reading>* readings);
+  void price(std::string_view sample, const std::vector<char>& languages, Pool<Reading>* readings);
 
   // Costs by language of text that is already UTF-8.
   std::vector<double> price_utf8(std::string_view text, const std::vector<char>& languages) {
@@ -42,25 +43,31 @@ class Pricing {
   size_t priced() const { return priced_; }
 
  private:
-  struct Text;  // a sample prepared once for all of its readings
-
-  void mark_possible(const ByteCounts& counts, const std::vector<char>& languages,
-                     Reading* reading) const;
+  void mark_possible(const ByteCounts& counts, Reading* reading);
+  // The languages of the scripts, found once for all documents with the same restrictions.
+  const PossibleLanguages& possible(uint32_t scripts);
   static void drop_impossible(Reading* reading);
   void price_whole(std::string_view sample, Reading* reading) const;
-  static void price_pairs(const Text& text, const ListedModels& models,
-                          const std::vector<double>& totals, Reading* reading);
-  void price_multi_byte(std::string_view sample, const Text& text,
-                        const std::vector<char>& languages, std::vector<Reading>* readings);
-  void price_decoded(std::string_view sample, const std::vector<char>& languages, double most,
-                     Reading* reading);
-  void price_decoded_part(const Charset& charset, std::string_view part,
-                          const std::vector<char>& languages, double most, Reading* reading);
-  void price_ascii(std::string_view plain, Text* text) const;
+  void price_pairs(const ListedModels& models, const std::vector<double>& totals,
+                   Reading* reading) const;
+  void price_multi_byte(std::string_view sample, const TrialText& text, Pool<Reading>* readings);
+  void price_decoded(std::string_view sample, double most, Reading* reading);
+  void price_decoded_part(const Charset& charset, std::string_view part, double most,
+                          Reading* reading);
+  void price_ascii(std::string_view plain);
 
   size_t priced_ = 0;
   const ModelTables& tables_;
   const Homes& homes_;
+  // Of the last sample, by language: what the trigrams of ASCII alone cost a charset, and what they
+  // cost the language beyond that.
+  std::vector<double> base_;
+  std::vector<double> extra_;
+  // Which languages the caller allows, and what that leaves for each set of scripts.
+  std::vector<char> languages_;
+  std::deque<PossibleLanguages> possible_;
+  CostSums ascii_sums_;
+  Trials trials_;
   ListedSums pair_sums_;
   Utf8Pricing utf8_;
 };

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "lib/detect/evidence.h"
+#include "lib/detect/homes.h"
+#include "lib/detect/pool.h"
 
 namespace orva {
 
@@ -17,20 +19,24 @@ inline constexpr double kNoCost = std::numeric_limits<double>::infinity();
 struct Reading {
   std::vector<int> charsets;        // the likeliest first
   const uint16_t* table = nullptr;  // decode table of a single-byte one
+  uint64_t print = 0;               // of what that makes of the document's bytes
   std::vector<double> costs;        // by language; kNoCost where no model could tell
-  std::vector<bool> possible;       // by language
   double prior = 0;                 // nats, before a byte is read
+  // What it can be in. Not owned.
+  const PossibleLanguages* possible = nullptr;
   // By language, added when languages are compared: what the ASCII of the document costs in it.
-  std::vector<double> language_extra;
+  // Null where it costs all of them alike. Not owned.
+  const std::vector<double>* language_extra = nullptr;
 
   bool holds(int charset) const;
+  // Forgets another document's.
+  void reset();
 };
 
-// The readings of a document whose bytes are not pure ASCII, among the charsets that `allowed`
-// takes.
-std::vector<Reading> find_readings(const Evidence& evidence,
-                                   const std::function<bool(int charset)>& allowed,
-                                   bool with_controls);
+// Fills in the readings of a document whose bytes are not pure ASCII, among the charsets that
+// `allowed` takes.
+void find_readings(const Evidence& evidence, const std::function<bool(int charset)>& allowed,
+                   bool with_controls, Pool<Reading>* readings);
 
 }  // namespace orva
 

@@ -1,5 +1,7 @@
 #include "lib/detect/rewriting.h"
 
+#include <cstring>
+
 #include "lib/detect/characters.h"
 #include "lib/detect/utf_codec.h"
 #include "lib/detect/vietnamese.h"
@@ -58,30 +60,54 @@ Rewriting::Rewriting(const Alphabet& from, const HomeAlphabet& home) : alphabet_
     if (role.letter == 0) {
       if (role.stand_in != 0) form.add(static_cast<unsigned char>(role.stand_in));
     } else {
-      missing_[b] = !put_letter(role.letter, home, &form);
+      letters_[b] = put_letter(role.letter, home, &form) ? kThere : kMissing;
     }
+    form.quotes = role.quotes;
   }
 }
 
 uint64_t Rewriting::missing(const ByteCounts& counts) const {
   uint64_t missing = 0;
-  for (const int b : counts.present) missing += missing_[b] ? counts.of[b] : 0;
+  for (const int b : counts.present) missing += letters_[b] == kMissing ? counts.of[b] : 0;
   return missing;
+}
+
+// The most frequent bytes tell, as a rule.
+bool Rewriting::lacks_more(const ByteCounts& counts, double most, uint64_t letters) const {
+  uint64_t missing = 0;
+  for (const int b : counts.present) {
+    if (letters_[b] == kNoLetter) continue;
+    letters -= counts.of[b];
+    if (letters_[b] == kMissing) missing += counts.of[b];
+    if (static_cast<double>(missing) > most) return true;
+    if (static_cast<double>(missing + letters) <= most) return false;
+  }
+  return false;
 }
 
 void Rewriting::append(std::string_view text, size_t from, size_t to, std::string* out) const {
   const auto is_letter_at = [&](size_t i) {
     return i < text.size() && alphabet_[static_cast<unsigned char>(text[i])].is_letter();
   };
+  const size_t before = out->size();
+  out->resize(before + (to - from) * sizeof(Form::bytes));
+  char* const begin = out->data();
+  char* end = begin + before;
   for (size_t i = from; i < to; ++i) {
-    const int b = static_cast<unsigned char>(text[i]);
-    std::string_view form(forms_[b].bytes, forms_[b].length);
+    const Form& form = forms_[static_cast<unsigned char>(text[i])];
     // A quotation mark is an apostrophe within a word only.
-    if (alphabet_[b].quotes && !(i > 0 && is_letter_at(i - 1) && is_letter_at(i + 1))) form = " ";
+    const bool quotes = form.quotes && !(i > 0 && is_letter_at(i - 1) && is_letter_at(i + 1));
+    const bool blank = quotes || (form.length == 1 && form.bytes[0] == ' ');
     // A sign next to a blank leaves the blank.
-    if (form == " " && !out->empty() && (out->back() == ' ' || out->back() == '\n')) continue;
-    out->append(form);
+    if (blank && end != begin && (end[-1] == ' ' || end[-1] == '\n')) continue;
+    if (blank) {
+      *end++ = ' ';
+      continue;
+    }
+    memcpy(end, form.bytes, sizeof(form.bytes));
+    end += form.length;
   }
+  out->resize(static_cast<size_t>(end - begin));
 }
 
 }  // namespace orva

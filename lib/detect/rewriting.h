@@ -44,10 +44,13 @@ class Rewriting {
 
   // How many letters of a text with these bytes the home lacks.
   uint64_t missing(const ByteCounts& counts) const;
+  // Whether they are more than `most`. REQUIRES: the text has so many `letters`.
+  bool lacks_more(const ByteCounts& counts, double most, uint64_t letters) const;
 
  private:
   struct Form {
-    uint8_t length = 0;
+    uint8_t length : 2 = 0;
+    uint8_t quotes : 1 = 0;  // a blank, but within a word
     char bytes[3] = {};
 
     void add(unsigned char byte) { bytes[length++] = static_cast<char>(byte); }
@@ -57,8 +60,9 @@ class Rewriting {
   static bool put_letter(uint16_t letter, const HomeAlphabet& home, Form* form);
 
   const Alphabet& alphabet_;
+  enum LetterKind : uint8_t { kNoLetter, kThere, kMissing };
   Form forms_[256];
-  bool missing_[256] = {};
+  LetterKind letters_[256] = {};
 };
 
 }  // namespace orva

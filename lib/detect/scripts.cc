@@ -118,14 +118,17 @@ bool is_listed(std::string_view names, std::string_view name) {
   return false;
 }
 
-bool can_write(int charset, Script script) {
+uint32_t written_scripts(int charset) {
   static const std::vector<uint32_t> scripts = [] {
     std::vector<uint32_t> all;
     for (int c = 0; c < kCharsetCount; ++c) all.push_back(scripts_of_charset(c));
     return all;
   }();
-  if (script == kAnyScript) return true;
-  return (scripts[static_cast<size_t>(charset)] & script_bit(script)) != 0;
+  return scripts[static_cast<size_t>(charset)] | script_bit(kAnyScript);
+}
+
+bool can_write(int charset, Script script) {
+  return (written_scripts(charset) & script_bit(script)) != 0;
 }
 
 void ScriptCounts::add(uint32_t value) {

@@ -27,6 +27,8 @@ enum Script {
   kAnyScript,  // of languages that are not known here; the number of the others, too
 };
 
+inline constexpr uint32_t kAllScripts = (1U << (kAnyScript + 1)) - 1;
+
 constexpr uint32_t script_bit(Script script) { return 1U << script; }
 
 // A bit for each script that a letter can be of.
@@ -41,6 +43,8 @@ bool is_listed(std::string_view names, std::string_view name);
 // Whether a document in `charset` can be in a language of `script`. Any charset that holds ASCII
 // can be English; one made for Chinese is not used for Russian, though it holds Cyrillic letters.
 bool can_write(int charset, Script script);
+// A bit for each script that a document in `charset` can be in a language of, kAnyScript included.
+uint32_t written_scripts(int charset);
 
 // How many letters of each script a text holds. A Chinese character or a Korean syllable counts for
 // two letters.

@@ -1,6 +1,7 @@
 #include "lib/detect/trials.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "lib/detect/charset_table.h"
@@ -23,8 +24,8 @@ constexpr size_t kStride = 16;
 
 bool lacks_letters(const Rewriting& rewriting, const ByteCounts& counts,
                    const Placement& placement) {
-  return static_cast<double>(rewriting.missing(counts)) >
-         kMostMissing * static_cast<double>(placement.letters());
+  const uint64_t letters = placement.letters();
+  return rewriting.lacks_more(counts, kMostMissing * static_cast<double>(letters), letters);
 }
 
 TrialText::TrialText(std::vector<std::string> texts)
@@ -44,17 +45,17 @@ TrialText::TrialText(std::vector<std::string> texts)
 
 // A reading in one home.
 struct Trials::InHome {
-  const Home* home;
-  const Rewriting* rewriting;
+  const Home* home = nullptr;
+  const Rewriting* rewriting = nullptr;
   CostSums sums;
   size_t length = 0;  // of the pieces asked about
   bool alive = true;
 };
 
 struct Trials::Trial {
-  Reading* reading;
-  Placement placement;
-  std::vector<InHome> homes;
+  Reading* reading = nullptr;
+  std::optional<Placement> placement;
+  Pool<InHome> homes;
   double extra = 0;   // of the pieces asked about, whatever the language is
   size_t length = 0;  // of the pieces asked about
   double least = kNoCost;
@@ -62,35 +63,52 @@ struct Trials::Trial {
   bool alive = true;
 };
 
-Trials::Trials(const Homes& homes, const TrialText& text, const std::vector<double>& base)
-    : homes_(homes), text_(text), base_(base) {}
+Trials::Trials(const Homes& homes) : homes_(homes) {}
 
 Trials::~Trials() = default;
 
+void Trials::start(const TrialText* text, const std::vector<double>* base) {
+  text_ = text;
+  base_ = base;
+  trials_.clear();
+}
+
 void Trials::add(Reading* reading) {
-  const Alphabet& alphabet = alphabet_of(reading->charsets.front());
-  Trial trial = {reading, Placement(alphabet, text_.counts), {}};
-  const Placement& placement = trial.placement;
+  const int charset = reading->charsets.front();
+  const Placement placement(alphabet_of(charset), text_->counts);
   if (static_cast<double>(placement.odd()) >
       kMostOdd * (static_cast<double>(placement.letters()) + 1)) {
     return;
   }
-  for (size_t h = 0; h < homes_.all().size(); ++h) {
+  const std::vector<Rewriting>& rewritings = homes_.rewritings(charset);
+  Trial& trial = trials_.add();
+  trial.homes.clear();
+  for (const size_t h : reading->possible->homes) {
+    if (lacks_letters(rewritings[h], text_->counts, placement)) continue;
     const Home& home = homes_.all()[h];
-    const bool possible = std::any_of(home.languages.begin(), home.languages.end(),
-                                      [&](size_t l) { return reading->possible[l]; });
-    if (!possible) continue;
-    const Rewriting& rewriting = homes_.rewriting(reading->charsets.front(), h);
-    if (!lacks_letters(rewriting, text_.counts, placement)) {
-      trial.homes.push_back({&home, &rewriting, CostSums(home.models)});
-    }
+    InHome& in = trial.homes.add();
+    in.home = &home;
+    in.rewriting = &rewritings[h];
+    in.sums.start(home.models);
+    in.length = 0;
+    in.alive = true;
   }
-  if (!trial.homes.empty()) trials_.push_back(std::move(trial));
+  if (trial.homes.empty()) {
+    trials_.drop();
+    return;
+  }
+  trial.reading = reading;
+  trial.placement = placement;
+  trial.extra = 0;
+  trial.length = 0;
+  trial.least = kNoCost;
+  trial.behind = 0;
+  trial.alive = true;
 }
 
 void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
-  const std::string& segment = text_.segments[piece.segment];
-  trial->extra += trial->placement.cost(segment, piece.from, piece.to);
+  const std::string& segment = text_->segments[piece.segment];
+  trial->extra += trial->placement->cost(segment, piece.from, piece.to);
   trial->length += piece.to - piece.from;
   for (InHome& in : trial->homes) {
     if (!in.alive) continue;
@@ -104,38 +122,39 @@ void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
 }
 
 // Gives up homes that are neither near the cheapest nor near the likeliest of the languages.
-void Trials::compare(Trial* trial) const {
-  const std::vector<double>& language_extra = trial->reading->language_extra;
+void Trials::compare(Trial* trial) {
+  const std::vector<double>& language_extra = *trial->reading->language_extra;
+  const std::vector<char>& possible = trial->reading->possible->marks;
   double least_in_all = kNoCost;
-  std::vector<std::pair<double, double>> least;  // by home: cost, and with what the language costs
+  least_.clear();
   trial->least = kNoCost;
   for (const InHome& in : trial->homes) {
-    least.emplace_back(kNoCost, kNoCost);
+    least_.emplace_back(kNoCost, kNoCost);
     for (size_t i = 0; i < in.home->languages.size() && in.alive; ++i) {
       const size_t l = in.home->languages[i];
-      if (!trial->reading->possible[l]) continue;
-      const double cost = base_[l] + in.sums.total(i);
-      least.back().first = std::min(least.back().first, cost);
-      least.back().second = std::min(least.back().second, cost + language_extra[l]);
+      if (possible[l] == 0) continue;
+      const double cost = (*base_)[l] + in.sums.total(i);
+      least_.back().first = std::min(least_.back().first, cost);
+      least_.back().second = std::min(least_.back().second, cost + language_extra[l]);
     }
-    trial->least = std::min(trial->least, least.back().first);
-    least_in_all = std::min(least_in_all, least.back().second);
+    trial->least = std::min(trial->least, least_.back().first);
+    least_in_all = std::min(least_in_all, least_.back().second);
   }
-  for (size_t h = 0; h < least.size(); ++h) {
+  for (size_t h = 0; h < least_.size(); ++h) {
     trial->homes[h].alive =
-        least[h].first <= trial->least + margin_ || least[h].second <= least_in_all + margin_;
+        least_[h].first <= trial->least + margin_ || least_[h].second <= least_in_all + margin_;
   }
   trial->least += trial->extra + trial->reading->prior;
 }
 
 void Trials::run() {
   size_t asked = 0;
-  for (size_t until = 1; asked < text_.pieces.size(); until *= 2) {
-    until = std::min(until, text_.pieces.size());
+  for (size_t until = 1; asked < text_->pieces.size(); until *= 2) {
+    until = std::min(until, text_->pieces.size());
     double least = kNoCost;
     for (Trial& trial : trials_) {
       if (!trial.alive) continue;
-      for (size_t i = asked; i < until; ++i) ask(text_.pieces[i], &trial);
+      for (size_t i = asked; i < until; ++i) ask(text_->pieces[i], &trial);
       compare(&trial);
       least = std::min(least, trial.least);
     }
@@ -159,17 +178,17 @@ void Trials::run() {
 void Trials::settle(Trial* trial) const {
   // Of a text that is all ASCII there was nothing to ask about.
   const auto stretch = [this](size_t length) {
-    return length == 0 ? 1 : static_cast<double>(text_.length) / static_cast<double>(length);
+    return length == 0 ? 1 : static_cast<double>(text_->length) / static_cast<double>(length);
   };
   Reading& reading = *trial->reading;
   const double extra =
-      trial->extra * stretch(trial->length) + trial->placement.whole_cost(text_.segments);
+      trial->extra * stretch(trial->length) + trial->placement->whole_cost(text_->segments);
   trial->least = kNoCost;
   for (const InHome& in : trial->homes) {
     for (size_t i = 0; i < in.home->languages.size(); ++i) {
       const size_t l = in.home->languages[i];
-      if (!reading.possible[l]) continue;
-      reading.costs[l] = base_[l] + in.sums.total(i) * stretch(in.length) + extra;
+      if (reading.possible->marks[l] == 0) continue;
+      reading.costs[l] = (*base_)[l] + in.sums.total(i) * stretch(in.length) + extra;
       trial->least = std::min(trial->least, reading.costs[l] + reading.prior);
     }
   }

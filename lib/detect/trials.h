@@ -4,18 +4,20 @@
 // are asked about twice as much, and so on. So most readings cost next to nothing, and the cost of
 // one that gave up is what it would be if the text went on as it began.
 //
-// Life cycle: add each reading, then run once.
-// Ownership:  homes, text and readings are not owned.
+// Life cycle: start with a text, add each reading, run once; then start again.
+// Ownership:  homes, text, costs and readings are not owned.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_TRIALS_H_
 #define ORVA_LIB_DETECT_TRIALS_H_
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lib/detect/homes.h"
 #include "lib/detect/placement.h"
+#include "lib/detect/pool.h"
 #include "lib/detect/readings.h"
 #include "lib/detect/rewriting.h"
 
@@ -44,12 +46,13 @@ struct TrialText {
 
 class Trials {
  public:
-  // `base` is added to the costs of each language.
-  Trials(const Homes& homes, const TrialText& text, const std::vector<double>& base);
+  explicit Trials(const Homes& homes);
   ~Trials();
   Trials(const Trials&) = delete;
   Trials& operator=(const Trials&) = delete;
 
+  // `base` is added to the costs of each language.
+  void start(const TrialText* text, const std::vector<double>* base);
   void add(Reading* reading);
   // How far behind the best a reading gives up, in nats; infinity to ask all to the end.
   void set_margin(double nats) { margin_ = nats; }
@@ -61,16 +64,17 @@ class Trials {
   struct Trial;
 
   void ask(const TrialText::Piece& piece, Trial* trial);
-  void compare(Trial* trial) const;
+  void compare(Trial* trial);
   void settle(Trial* trial) const;
   static void keep_behind(const Trial& trial, double least);
 
   const Homes& homes_;
-  const TrialText& text_;
-  const std::vector<double>& base_;
+  const TrialText* text_ = nullptr;
+  const std::vector<double>* base_ = nullptr;
   double margin_ = 60;
-  std::vector<Trial> trials_;
-  std::string written_;  // of one piece, in a home
+  Pool<Trial> trials_;
+  std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
+  std::string written_;                           // of one piece, in a home
 };
 
 }  // namespace orva

@@ -4,9 +4,7 @@ namespace orva {
 
 namespace {
 
-bool is_blank(unsigned byte) {
-  return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
-}
+bool is_blank(unsigned byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
 
 }  // namespace
 

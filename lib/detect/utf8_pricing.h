@@ -24,8 +24,7 @@ class Utf8Pricing {
 
   // Costs of all of `text`, by language, in those that `languages`, by index, allows; empty allows
   // all. A text that costs far more than `most` in all of them is not read to its end.
-  std::vector<double> price(std::string_view text, const std::vector<char>& languages,
-                            double most);
+  std::vector<double> price(std::string_view text, const std::vector<char>& languages, double most);
   // How far a language must be ahead of the others, in nats; infinity asks about all of the text.
   void set_margin(double nats) { margin_ = nats; }
 

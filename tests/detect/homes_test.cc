@@ -15,8 +15,8 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
-#include "tests/reference/scorer.h"
 #include "lib/detect/trials.h"
+#include "tests/reference/scorer.h"
 
 namespace orva {
 namespace {
@@ -75,17 +75,19 @@ class HomesTest : public testing::Test {
   std::vector<std::vector<double>> costs(const std::string& bytes, double margin) {
     const TrialText text(high_segments(normalised(bytes)));
     const std::vector<double> base(tables_->languages().size(), 0);
+    const PossibleLanguages possible = tables_->homes().possible(kAllScripts, {});
     std::vector<Reading> readings;
     for (const char* name : {"windows-1252", "IBM850", "macintosh", "KOI8-R", "windows-1251"}) {
       Reading reading;
       reading.charsets = {find_charset_index(name)};
       reading.table = single_byte_table(reading.charsets.front());
       reading.costs.assign(base.size(), kNoCost);
-      reading.possible.assign(base.size(), true);
-      reading.language_extra = base;
+      reading.possible = &possible;
+      reading.language_extra = &base;
       readings.push_back(reading);
     }
-    Trials trials(tables_->homes(), text, base);
+    Trials trials(tables_->homes());
+    trials.start(&text, &base);
     trials.set_margin(margin);
     for (Reading& reading : readings) trials.add(&reading);
     trials.run();
@@ -116,6 +118,47 @@ TEST_F(HomesTest, RowsCostWhatTheAutomatonsValuesDo) {
   expect_twin(random_bytes(20000));
   expect_twin("");
   expect_twin("ab");
+}
+
+// Sums of lists are those of the scorer, bit for bit.
+TEST_F(HomesTest, ListsCostWhatTheAutomatonsValuesDo) {
+  const std::string texts[] = {kGerman,
+                               "AAAAAAAAaaaa  12 bb\xC4\xC4\xC4\xC4\xC4",
+                               random_bytes(20000),
+                               in("Shift_JIS", "今朝は川へ魚を釣りに行きました"),
+                               "",
+                               "ab"};
+  const Homes& homes = tables_->homes();
+  for (const ListedModels* models : {&homes.utf8(), &homes.pairs()}) {
+    ListedSums sums(*models);
+    for (const std::string& text : texts) {
+      Scorer scorer(*tables_);
+      scorer.feed(text);
+      const std::vector<double> totals = scorer.totals();
+      sums.reset();
+      sums.add(text);
+      for (size_t i = 0; i < models->nb_models(); ++i) {
+        EXPECT_EQ(sums.totals()[i], totals[static_cast<size_t>(models->models()[i])]) << text;
+      }
+    }
+  }
+}
+
+TEST_F(HomesTest, TextsOneAfterTheOtherAddUp) {
+  ListedSums apart(tables_->homes().utf8());
+  apart.add("the river");
+  apart.totals();
+  apart.add("was cold");
+  ListedSums first(tables_->homes().utf8());
+  first.add("the river");
+  ListedSums second(tables_->homes().utf8());
+  second.add("was cold");
+  EXPECT_NEAR(apart.totals()[0], first.totals()[0] + second.totals()[0], 1e-9);
+}
+
+TEST_F(HomesTest, TrialsMayBeginAgain) {
+  const std::string bytes = in("windows-1252", kGerman);
+  EXPECT_EQ(costs(bytes, 60), costs(bytes, 60));
 }
 
 TEST_F(HomesTest, AsciiIsCountedAlone) {

@@ -13,8 +13,8 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/model_tables.h"
-#include "tests/reference/scorer.h"
 #include "lib/eval/lid_mgroup_eval.h"
+#include "tests/reference/scorer.h"
 
 extern "C" int orva_c99_use(void);
 

@@ -12,6 +12,7 @@
 #include "lib/detect/builtin_models.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/readings.h"
+#include "tests/reference/scorer.h"
 
 namespace orva {
 namespace {
@@ -51,7 +52,7 @@ std::string repeated(const std::string& text, int times) {
 
 TEST_F(Utf8PricingTest, PiecesTogetherCostWhatTheWholeDoes) {
   const int utf8 = find_charset_index("UTF-8");
-  Utf8Pricing pricing(*tables_, scorer_.get());
+  Utf8Pricing pricing(*tables_);
   pricing.set_margin(kNever);
   for (const char* sentence : kTexts) {
     const std::string text = repeated(sentence, 40);
@@ -71,8 +72,8 @@ TEST_F(Utf8PricingTest, PiecesTogetherCostWhatTheWholeDoes) {
 }
 
 TEST_F(Utf8PricingTest, ALittleOfTheTextTellsWhatAllOfItDoes) {
-  Utf8Pricing quick(*tables_, scorer_.get());
-  Utf8Pricing patient(*tables_, scorer_.get());
+  Utf8Pricing quick(*tables_);
+  Utf8Pricing patient(*tables_);
   patient.set_margin(kNever);
   for (size_t i = 0; i < std::size(kTexts); ++i) {
     const std::string text = repeated(kTexts[i], 200);
@@ -86,7 +87,7 @@ TEST_F(Utf8PricingTest, ALittleOfTheTextTellsWhatAllOfItDoes) {
 }
 
 TEST_F(Utf8PricingTest, WhatIsFarBehindStaysBehind) {
-  Utf8Pricing pricing(*tables_, scorer_.get());
+  Utf8Pricing pricing(*tables_);
   const std::string text = repeated("漽潲獴 楦敬 湡浥\n", 500);
   const double most = 1000;
   const std::vector<double> costs = pricing.price(text, {}, most);
@@ -94,7 +95,7 @@ TEST_F(Utf8PricingTest, WhatIsFarBehindStaysBehind) {
 }
 
 TEST_F(Utf8PricingTest, OnlyLanguagesThatAreAllowedHaveCosts) {
-  Utf8Pricing pricing(*tables_, scorer_.get());
+  Utf8Pricing pricing(*tables_);
   std::vector<char> allowed(tables_->languages().size(), 0);
   const auto at = std::find(tables_->languages().begin(), tables_->languages().end(), "fr");
   allowed[static_cast<size_t>(at - tables_->languages().begin())] = 1;
@@ -103,7 +104,7 @@ TEST_F(Utf8PricingTest, OnlyLanguagesThatAreAllowedHaveCosts) {
 }
 
 TEST_F(Utf8PricingTest, AnEmptyTextCostsNothing) {
-  Utf8Pricing pricing(*tables_, scorer_.get());
+  Utf8Pricing pricing(*tables_);
   const std::vector<double> costs = pricing.price("", {}, kNoCost);
   EXPECT_EQ(*std::min_element(costs.begin(), costs.end()), 0);
 }
