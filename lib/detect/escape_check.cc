@@ -1,7 +1,5 @@
 #include "lib/detect/escape_check.h"
 
-#include <cstring>
-
 #include "lib/detect/double_byte_tables.h"
 
 namespace orva {
@@ -15,7 +13,9 @@ constexpr unsigned char kHighBit = 0x80;
 // GB2312 within the larger table: the last row that it uses.
 constexpr unsigned char kLastGbRow = 0x77;
 
-bool is_graphic(unsigned char c) { return c >= 0x21 && c <= 0x7E; }
+constexpr unsigned char kLastGraphic = 0x7E;
+
+bool is_graphic(unsigned char c) { return c >= 0x21 && c <= kLastGraphic; }
 
 // Bytes that begin something in text of no shift.
 bool is_special(unsigned char c) {
@@ -45,17 +45,48 @@ bool is_high_pair(const uint32_t* pairs, unsigned char lead, unsigned char trail
 }  // namespace
 
 // Whether the next byte means itself, so that only one of a few can change anything.
-bool EscapeCheck::is_plain() const {
-  const bool iso = !iso_.in_escape && !iso_.out && !iso_.single_shift && iso_.lead == 0 &&
-                   (iso_.direct == kAscii || iso_.direct == kJisRoman);
-  const bool hz = hz_.lead == 0 && !hz_.tilde && !hz_.pairs;
-  return (iso || !iso_.valid) && (hz || !hz_.valid);
+bool EscapeCheck::iso_is_plain() const {
+  if (!iso_.valid) return true;
+  return !iso_.in_escape && !iso_.out && !iso_.single_shift && iso_.lead == 0 &&
+         (iso_.direct == kAscii || iso_.direct == kJisRoman);
+}
+
+bool EscapeCheck::hz_is_plain() const {
+  return !hz_.valid || (hz_.lead == 0 && !hz_.tilde && !hz_.pairs);
+}
+
+// The table of the pairs that stand here in one charset, while bytes mean themselves in the others;
+// null where it is otherwise.
+const uint32_t* EscapeCheck::pairs_under_way() const {
+  if (hz_is_plain()) {
+    if (!iso_.valid || iso_.in_escape || iso_.single_shift || iso_.lead != 0) return nullptr;
+    return table_of(iso_.out ? iso_.shifted : iso_.direct);
+  }
+  return iso_is_plain() && hz_.lead == 0 && !hz_.tilde ? kGbkPairs : nullptr;
+}
+
+// Takes good pairs from `i` on; returns where a byte is none of such a pair. Text with a shift of
+// ISO-2022 is never named HZ, so what stands in its pairs is nothing to that.
+size_t EscapeCheck::skip_pairs(std::string_view bytes, size_t i) {
+  const uint32_t* pairs = pairs_under_way();
+  if (pairs == nullptr) return i;
+  const bool is_hz = !hz_is_plain();
+  const unsigned char last_lead = is_hz ? kLastGbRow : kLastGraphic;
+  uint64_t found = 0;
+  for (; i + 2 <= bytes.size(); i += 2, ++found) {
+    const auto lead = static_cast<unsigned char>(bytes[i]);
+    const auto trail = static_cast<unsigned char>(bytes[i + 1]);
+    if (!is_graphic(lead) || !is_graphic(trail) || lead > last_lead) break;
+    if (!is_high_pair(pairs, lead, trail)) break;
+  }
+  (is_hz ? hz_.wide : iso_.wide) += found;
+  return i;
 }
 
 void EscapeCheck::feed(std::string_view bytes) {
   for (size_t i = 0; i < bytes.size(); ++i) {
     if (!iso_.valid && !hz_.valid) return;
-    if (is_plain()) i = skip_plain(bytes, i);
+    i = iso_is_plain() && hz_is_plain() ? skip_plain(bytes, i) : skip_pairs(bytes, i);
     if (i == bytes.size()) return;
     const auto b = static_cast<unsigned char>(bytes[i]);
     if (b >= kHighBit) {
@@ -73,6 +104,20 @@ const char* EscapeCheck::charset() const {
   if (iso_.valid && iso_.japanese && !iso_.chinese && !iso_.korean) return "ISO-2022-JP";
   const bool plain = !iso_.japanese && !iso_.korean && !iso_.chinese;
   return hz_.valid && hz_.wide != 0 && plain ? "HZ-GB-2312" : nullptr;
+}
+
+// The pairs of a set; null for one that has none, or whose pairs are taken by their form alone.
+const uint32_t* EscapeCheck::table_of(Set set) {
+  switch (set) {
+    case kJis:
+      return kEucJpPairs;
+    case kKorean:
+      return kCp949Pairs;
+    case kGb:
+      return kGbkPairs;
+    default:
+      return nullptr;
+  }
 }
 
 // The sequences that name a character set, behind the ESC byte. False for one of no such charset.
@@ -119,8 +164,7 @@ void EscapeCheck::take_iso(unsigned char c) {
   const bool wide = set != kAscii && set != kJisRoman;
   if (iso_.lead != 0) {
     // Planes of CNS 11643 are taken by their form alone.
-    const uint32_t* pairs = set == kJis ? kEucJpPairs : set == kKorean ? kCp949Pairs : kGbkPairs;
-    iso_.valid = is_graphic(c) && (set == kCnsPlane || is_high_pair(pairs, iso_.lead, c));
+    iso_.valid = is_graphic(c) && (set == kCnsPlane || is_high_pair(table_of(set), iso_.lead, c));
     iso_.lead = 0;
     iso_.single_shift = false;
     ++iso_.wide;

@@ -49,7 +49,11 @@ class EscapeCheck {
     uint64_t wide = 0;
   };
 
-  bool is_plain() const;
+  static const uint32_t* table_of(Set set);
+  bool iso_is_plain() const;
+  bool hz_is_plain() const;
+  const uint32_t* pairs_under_way() const;
+  size_t skip_pairs(std::string_view bytes, size_t i);
   void take_iso(unsigned char c);
   void take_escape(char c);
   bool designate(std::string_view sequence);

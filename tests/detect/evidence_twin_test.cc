@@ -122,6 +122,33 @@ TEST(EvidenceTwin, EscapesAreSeenWhereverTheyStand) {
   EXPECT_GT(named, 10);
 }
 
+// Runs of pairs are read at once, whatever byte ends them.
+TEST(EvidenceTwin, EveryByteIsSeenAmongPairs) {
+  static const std::string_view kStarts[] = {"\x1B$B",           "\x1B$@",      "\x1B$)C\x0E",
+                                             "\x1B$)A\x0E",      "~{",          "\x1B$)G\x0E",
+                                             "\x1B$B!!\x1B(B~{", "~{!!~}\x1B$B"};
+  static const std::string_view kEnds[] = {"", "\x0F", "\x1B(B", "~}", "\n~{!!~}", "\x1B$B!!"};
+  Random random(5);
+  int named = 0;
+  for (int run = 0; run < 40000; ++run) {
+    std::string text(kStarts[random() % std::size(kStarts)]);
+    const size_t pairs = random() % 24;
+    for (size_t i = 0; i < 2 * pairs; ++i) text.push_back(static_cast<char>(0x30 + random() % 24));
+    if (random() % 2 == 0) {
+      const auto hostile = random() % 3 == 0 ? random() % 256 : 0x77 + random() % 10;
+      text[random() % text.size()] = static_cast<char>(hostile);
+    }
+    text += kEnds[random() % std::size(kEnds)];
+    orva::EscapeCheck bytewise;
+    feed_bytes(text, &bytewise);
+    orva::EscapeCheck whole;
+    whole.feed(text);
+    named += bytewise.charset() != nullptr ? 1 : 0;
+    ASSERT_STREQ(whole.charset(), bytewise.charset()) << text;
+  }
+  EXPECT_GT(named, 10000);
+}
+
 TEST(EvidenceTwin, AnEscapeSequenceIsSeenBehindAnyNumberOfPlainBytes) {
   for (size_t plain = 0; plain < 200; ++plain) {
     orva::EscapeCheck check;
