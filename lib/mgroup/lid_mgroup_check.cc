@@ -17,7 +17,8 @@ class GroupChecker {
         nb_leaves_(std::min(group.lstates_tsize, group.def_so_tsize)) {}
 
   std::string defect() {
-    std::string found = check_states();
+    // A group is sound as a rule, which a pass over its arrays tells.
+    std::string found = states_are_sound() ? std::string() : check_states();
     if (found.empty()) found = check_depth();
     if (found.empty()) found = check_unigrams();
     return found;
@@ -27,6 +28,45 @@ class GroupChecker {
   // Reports `what` of item `i`.
   static std::string at(const char* item, int i, const char* what) {
     return std::string(item) + " " + std::to_string(i) + " " + what;
+  }
+
+  // True only if check_states() finds nothing. Leaves and values that nothing refers to count, too.
+  bool states_are_sound() const {
+    const int64_t nb_nodes = int64_t{group_.nb_istates} + nb_leaves_;
+    bool sound = values_are_sound() && leaves_are_sound();
+    for (int i = 0; i < group_.nb_istates && sound; ++i) {
+      const CLidMGState& state = group_.istates[i];
+      const int first = orva::state_first(state.info);
+      const int count = orva::state_count(state.info);
+      if (first == 0) {
+        for (int c = 0; c < kNbBytes; ++c) {
+          sound &= state.ref.dnxts[c] >= 0 && state.ref.dnxts[c] < nb_nodes;
+        }
+        continue;
+      }
+      sound = int64_t{first} + count <= nb_nodes;
+      for (int k = 1; k < count; ++k) sound &= state.ref.chrs[k] > state.ref.chrs[k - 1];
+    }
+    return sound;
+  }
+
+  bool leaves_are_sound() const {
+    bool sound = true;
+    for (int leaf = 0; leaf < nb_leaves_; ++leaf) {
+      const int first = orva::leaf_first(group_.lstates[leaf]);
+      const int count = std::max(orva::leaf_count(group_.lstates[leaf]), 0);
+      sound &= group_.def_so[leaf] < group_.nb_istates;
+      sound &= first >= 0 && int64_t{first} + count <= group_.lstates_vals_tsize;
+    }
+    return sound;
+  }
+
+  bool values_are_sound() const {
+    int most = 0;
+    for (int v = 0; v < group_.lstates_vals_tsize; ++v) {
+      most = std::max(most, orva::value_index(group_.lstates_vals[v]));
+    }
+    return most < nb_indices_;
   }
 
   std::string check_states() {
