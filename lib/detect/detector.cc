@@ -7,8 +7,7 @@
 
 namespace orva {
 
-Detector::Detector(std::shared_ptr<const ModelTables> tables)
-    : tables_(std::move(tables)), decider_(*tables_) {}
+Detector::Detector(std::shared_ptr<const ModelTables> tables) : tables_(std::move(tables)) {}
 
 void Detector::restrict(Restrictions restrictions) {
   bool parts = false;
@@ -36,7 +35,8 @@ bool Detector::feed(std::string_view bytes) {
 }
 
 const Decision& Detector::finish() {
-  decision_ = decider_.decide(evidence_, sample_.text(), restrictions_);
+  if (decider_ == nullptr) decider_ = std::make_unique<Decider>(*tables_);
+  decision_ = decider_->decide(evidence_, sample_.text(), restrictions_);
   return decision_;
 }
 

@@ -50,7 +50,7 @@ class Detector {
   Restrictions restrictions_;
   Evidence evidence_;
   Sample sample_;
-  Decider decider_;
+  std::unique_ptr<Decider> decider_;  // made for the first decision
   Decision decision_;
 };
 

@@ -54,10 +54,10 @@ void HomeModels::add_byte_rows(const ModelTables& tables, const std::vector<int>
   for (int b = 0; b < kNbBytes; ++b) {
     uint16_t* row = rows_.data() + static_cast<size_t>(b) * width_;
     std::fill_n(row, nb_models_, units(kUnseenCost));
-    for (const UnigramEntry& entry : tables.unigrams(static_cast<unsigned char>(b))) {
+    tables.for_each_unigram(static_cast<unsigned char>(b), [&](const UnigramEntry& entry) {
       const int column = column_of[static_cast<size_t>(entry.model)];
       if (column >= 0) row[column] = units(byte_cost(tables.model(entry.model), entry.q));
-    }
+    });
   }
 }
 

@@ -19,12 +19,12 @@ ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
     if (fact >= 0) columns_[static_cast<size_t>(fact)].push_back(static_cast<uint8_t>(i));
   }
   for (size_t b = 0; b < kNbBytes; ++b) {
-    for (const UnigramEntry& entry : tables.unigrams(static_cast<unsigned char>(b))) {
+    tables.for_each_unigram(static_cast<unsigned char>(b), [&](const UnigramEntry& entry) {
       const int column = column_of[static_cast<size_t>(entry.model)];
-      if (column < 0) continue;
+      if (column < 0) return;
       unigrams_[b * models_.size() + static_cast<size_t>(column)] +=
           static_cast<uint64_t>(entry.q) + kOne;
-    }
+    });
   }
 }
 

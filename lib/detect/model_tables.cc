@@ -104,8 +104,6 @@ std::unique_ptr<const ModelTables> ModelTables::finish(std::unique_ptr<ModelTabl
     return nullptr;
   }
   tables->add_models(names);
-  tables->add_rows();
-  tables->add_unigrams();
   return tables;
 }
 
@@ -122,6 +120,7 @@ int ModelTables::language_index(const std::string& name) {
 }
 
 void ModelTables::add_models(const std::vector<std::string>& names) {
+  models_of_fact_.resize(static_cast<size_t>(group_.models_part.nb_facts));
   for (int i = 0; i < group_.nb_models; ++i) {
     const CmgModel& record = group_.models_part.models[i];
     ModelInfo info;
@@ -132,58 +131,9 @@ void ModelTables::add_models(const std::vector<std::string>& names) {
     info.least = record.lpmin;
     info.unigram_step = group_.unigram_part.models_grad[i];
     info.unigram_least = group_.unigram_part.models_lpmin[i];
-    models_.push_back(std::move(info));
-  }
-}
-
-void ModelTables::add_rows() {
-  row_of_pair_.assign(size_t{kNbBytes} * kNbBytes, 0);
-  rows_.emplace_back();  // row 0 stands for an unknown pair
-  for (int a = 0; a < kNbBytes; ++a) {
-    const int first = group_.child(0, static_cast<unsigned char>(a));
-    if (first == 0 || first >= group_.nb_istates) continue;
-    for (int b = 0; b < kNbBytes; ++b) {
-      const int second = group_.child(first, static_cast<unsigned char>(b));
-      if (second == 0 || second >= group_.nb_istates) continue;
-      add_row(second, static_cast<size_t>(a * kNbBytes + b));
-    }
-  }
-}
-
-void ModelTables::add_row(int state, size_t pair) {
-  const CLidMGState& record = group_.istates[state];
-  Row row;
-  const int first = state_first(record.info);
-  if (first == 0) {
-    row.direct = record.ref.dnxts;
-  } else if (first >= group_.nb_istates) {
-    row.first = first - group_.nb_istates;
-    for (int k = 0; k < state_count(record.info); ++k) {
-      const unsigned c = record.ref.chrs[k];
-      row.bits[c >> 6] |= uint64_t{1} << (c & 63);
-    }
-    for (int w = 1; w < 4; ++w) row.below[w] = row.below[w - 1] + std::popcount(row.bits[w - 1]);
-  } else {
-    return;
-  }
-  row_of_pair_[pair] = static_cast<uint32_t>(rows_.size());
-  rows_.push_back(row);
-}
-
-void ModelTables::add_unigrams() {
-  const CUniChrMG& part = group_.unigram_part;
-  for (int b = 0; b < kNbBytes; ++b) {
-    const UchPair* pair = part.uch_lps_buff + unigram_first(part.uch_lps[b]);
-    for (int left = unigram_count(part.uch_lps[b]); left > 0; --left, ++pair) {
-      if (pair->index < group_.nb_models) {
-        unigrams_[b].push_back({pair->index, models_[pair->index].fact, pair->q});
-        continue;
-      }
-      for (int m = 0; m < group_.nb_models; ++m) {
-        const ModelInfo& info = models_[static_cast<size_t>(m)];
-        if (info.fact == pair->index) unigrams_[b].push_back({m, info.fact, pair->q});
-      }
-    }
+    models_.push_back(info);
+    if (info.fact >= 0)
+      models_of_fact_[static_cast<size_t>(info.fact - group_.nb_models)].push_back(i);
   }
 }
 

@@ -1,14 +1,10 @@
-// The models as the detector reads them: a model group and the charset names of its models, laid
-// out for looking trigrams up without a walk position, so that any number of threads share one
-// copy.
+// The models as the detector reads them: a model group and the charset names of its models, so that
+// any number of threads share one copy. What is made of them for scoring is made when it is first
+// asked for.
 //
 //   std::string why;
 //   const auto tables = orva::ModelTables::load_files("Model.grp", "Model.stc", &why);
 //   if (tables == nullptr) puts(why.c_str());
-//
-// The group's automaton always stands on the state of the longest known suffix of at most two
-// bytes. A leaf is therefore found from three bytes alone: the state of the first two, a bit for
-// each of its outgoing bytes, and the number of bits below.
 //
 // Life cycle: made whole by load, constant from then on.
 // Ownership:  owns the group; leaves point into it.
@@ -16,7 +12,6 @@
 #ifndef ORVA_LIB_DETECT_MODEL_TABLES_H_
 #define ORVA_LIB_DETECT_MODEL_TABLES_H_
 
-#include <bit>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -53,8 +48,6 @@ struct UnigramEntry {
 
 class ModelTables {
  public:
-  static constexpr int kNoLeaf = -1;
-
   // Null, with the reason in `why`, when a file cannot be read or is damaged, or when the two do
   // not go together.
   static std::unique_ptr<const ModelTables> load_files(const std::string& group_path,
@@ -76,44 +69,36 @@ class ModelTables {
   const ModelInfo& model(int i) const { return models_[static_cast<size_t>(i)]; }
   // The languages of the models, in order of first appearance.
   const std::vector<std::string>& languages() const { return languages_; }
-  const std::vector<UnigramEntry>& unigrams(unsigned char byte) const { return unigrams_[byte]; }
+  const CLidMGroup& group() const { return group_; }
 
-  // The leaf of the trigram a, b, c; kNoLeaf when no model knows it.
-  int leaf(unsigned char a, unsigned char b, unsigned char c) const {
-    const uint32_t at = row_of_pair_[static_cast<size_t>(a) << 8 | b];
-    if (at == 0) return kNoLeaf;
-    const Row& row = rows_[at];
-    if (row.direct != nullptr) {
-      const int next = row.direct[c];
-      return next >= group_.nb_istates ? next - group_.nb_istates : kNoLeaf;
+  // Calls visit(entry) for every unigram cost of a byte.
+  template <typename Visit>
+  void for_each_unigram(unsigned char byte, Visit visit) const {
+    const uint32_t word = group_.unigram_part.uch_lps[byte];
+    const UchPair* pair = group_.unigram_part.uch_lps_buff + unigram_first(word);
+    for (int left = unigram_count(word); left > 0; --left, ++pair) {
+      if (pair->index < group_.nb_models) {
+        visit(UnigramEntry{pair->index, model(pair->index).fact, pair->q});
+        continue;
+      }
+      for (const int m : models_of_fact_[static_cast<size_t>(pair->index - group_.nb_models)]) {
+        visit(UnigramEntry{m, pair->index, pair->q});
+      }
     }
-    const unsigned word = c >> 6;
-    const uint64_t bit = uint64_t{1} << (c & 63);
-    if ((row.bits[word] & bit) == 0) return kNoLeaf;
-    return row.first + row.below[word] + std::popcount(row.bits[word] & (bit - 1));
   }
 
-  // Calls visit(a, b, c, leaf) for every known trigram.
+  // Calls visit(a, b, c, leaf) for every known trigram, in their order.
   template <typename Visit>
   void for_each_trigram(Visit visit) const {
-    for (size_t pair = 0; pair < row_of_pair_.size(); ++pair) {
-      const uint32_t at = row_of_pair_[pair];
-      if (at == 0) continue;
-      const Row& row = rows_[at];
-      const auto a = static_cast<unsigned char>(pair >> 8);
-      const auto b = static_cast<unsigned char>(pair);
-      int next = row.first;
-      for (unsigned w = 0; w < 4 && row.direct == nullptr; ++w) {
-        for (uint64_t bits = row.bits[w]; bits != 0; bits &= bits - 1) {
-          const unsigned c = w << 6 | static_cast<unsigned>(std::countr_zero(bits));
-          visit(a, b, static_cast<unsigned char>(c), next++);
-        }
-      }
-      for (int c = 0; c < kNbBytes && row.direct != nullptr; ++c) {
-        const int found = leaf(a, b, static_cast<unsigned char>(c));
-        if (found != kNoLeaf) visit(a, b, static_cast<unsigned char>(c), found);
-      }
-    }
+    for_each_child(0, [&](unsigned char a, int one) {
+      if (is_leaf(one)) return;
+      for_each_child(one, [&](unsigned char b, int two) {
+        if (is_leaf(two)) return;
+        for_each_child(two, [&](unsigned char c, int three) {
+          if (is_leaf(three)) visit(a, b, c, three - group_.nb_istates);
+        });
+      });
+    });
   }
 
   // What is derived from the tables at its first use.
@@ -127,13 +112,20 @@ class ModelTables {
   }
 
  private:
-  // What may follow one byte pair.
-  struct Row {
-    uint64_t bits[4] = {};
-    int below[4] = {};                // bits set in the words before
-    int first = 0;                    // leaf of the lowest bit
-    const int32_t* direct = nullptr;  // a state kept as a table instead
-  };
+  bool is_leaf(int state) const { return state >= group_.nb_istates; }
+
+  // Calls visit(byte, next) for every successor of an internal state.
+  template <typename Visit>
+  void for_each_child(int state, Visit visit) const {
+    const CLidMGState& record = group_.istates[state];
+    const int first = state_first(record.info);
+    for (int k = 0; k < state_count(record.info) && first != 0; ++k) {
+      visit(record.ref.chrs[k], first + k);
+    }
+    for (int c = 0; c < kNbBytes && first == 0; ++c) {
+      if (record.ref.dnxts[c] != 0) visit(static_cast<unsigned char>(c), record.ref.dnxts[c]);
+    }
+  }
 
   ModelTables();
   static std::unique_ptr<const ModelTables> finish(std::unique_ptr<ModelTables> tables,
@@ -141,17 +133,12 @@ class ModelTables {
                                                    std::string* why);
   int language_index(const std::string& name);
   void add_models(const std::vector<std::string>& names);
-  void add_rows();
-  void add_row(int state, size_t pair);
-  void add_unigrams();
 
   std::unique_ptr<CLidMGroup> owned_;
   CLidMGroup& group_;
   std::vector<ModelInfo> models_;
   std::vector<std::string> languages_;
-  std::vector<uint32_t> row_of_pair_;  // 0: the pair is unknown
-  std::vector<Row> rows_;
-  std::vector<UnigramEntry> unigrams_[kNbBytes];
+  std::vector<std::vector<int>> models_of_fact_;
   mutable std::once_flag homes_made_;
   mutable std::unique_ptr<const Homes> homes_;
 };

@@ -74,10 +74,14 @@ void Scorer::score(unsigned char byte) {
   ++byte_counts_[byte];
   ++scored_;
   ++unfolded_;
-  const int leaf = tables_.leaf(before_[0], before_[1], byte);
-  if (leaf != ModelTables::kNoLeaf && counts_[static_cast<size_t>(leaf)]++ == 0) {
-    touched_.push_back({leaf, byte});
+  const CLidMGroup& group = tables_.group();
+  int state = 0;
+  for (const unsigned char next : {before_[0], before_[1], byte}) {
+    state = state < group.nb_istates ? group.child(state, next) : 0;
+    if (state == 0) return;
   }
+  const int leaf = state - group.nb_istates;
+  if (leaf >= 0 && counts_[static_cast<size_t>(leaf)]++ == 0) touched_.push_back({leaf, byte});
 }
 
 void Scorer::fold() {
@@ -110,13 +114,13 @@ void Scorer::fold_byte(int byte, const Touched* first, size_t count) {
     }
   }
   for (size_t i = 0; i < seen_.size(); ++i) q_counts_[i] += seen_[i];
-  for (const UnigramEntry& entry : tables_.unigrams(static_cast<unsigned char>(byte))) {
+  tables_.for_each_unigram(static_cast<unsigned char>(byte), [&](const UnigramEntry& entry) {
     const auto model = static_cast<size_t>(entry.model);
     int64_t uncovered = static_cast<int64_t>(byte_counts_[byte]) - seen_[model];
     if (entry.fact >= 0) uncovered -= seen_[static_cast<size_t>(entry.fact)];
     unigram_sums_[model] += entry.q * uncovered;
     unigram_counts_[model] += uncovered;
-  }
+  });
 }
 
 std::vector<double> Scorer::totals() {
