@@ -1,6 +1,7 @@
 // Bytes looked at many at a time: what every pass over a document begins with.
 //
 //   i = orva::skip_ascii(bytes, i);      // the next byte above 0x7F, or the end
+//   n = orva::count_high(bytes);         // bytes above 0x7F
 //
 // Ownership: none; plain functions.
 // Threads:   any number.
@@ -33,6 +34,19 @@ inline size_t skip_ascii(std::string_view bytes, size_t i) {
   while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == 0) i += 8;
   while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
   return i;
+}
+
+// How many bytes are above 0x7F.
+inline size_t count_high(std::string_view bytes) {
+  constexpr uint64_t kOnes = 0x0101010101010101;
+  size_t count = 0;
+  size_t i = 0;
+  // Bits that are far apart are added up in the highest byte.
+  for (; i + 8 <= bytes.size(); i += 8) {
+    count += ((word_at(bytes, i) & kHighBits) >> 7) * kOnes >> 56;
+  }
+  for (; i < bytes.size(); ++i) count += static_cast<unsigned char>(bytes[i]) >> 7;
+  return count;
 }
 
 }  // namespace orva

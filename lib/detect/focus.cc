@@ -6,12 +6,29 @@ namespace orva {
 
 namespace {
 
-constexpr int kLongestRun = 3;
+constexpr int8_t kLongestRun = 3;
 constexpr size_t kContext = 2;
 
 bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+// What becomes of each byte.
+struct Normal {
+  struct Byte {
+    char as;
+    int8_t longest_run;
+    bool blank;
+  };
+  Byte bytes[256];
+
+  Normal() {
+    for (int b = 0; b < 256; ++b) {
+      const auto c = static_cast<char>(b);
+      bytes[b] = {is_digit(c) ? '0' : c, is_digit(c) ? int8_t{1} : kLongestRun, is_blank(c)};
+    }
+  }
+};
 
 // `missing` of the bytes are not there.
 size_t context_before(std::string_view text, size_t at, size_t* missing) {
@@ -35,18 +52,24 @@ size_t context_before(std::string_view text, size_t at) {
 }
 
 std::string normalised(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
+  static const Normal normal;
+  std::string out(text.size(), '\0');
+  char* const begin = out.data();
+  char* to = begin;
   char last = 0;
   int run = 0;
+  bool behind_blank = false;
+  // Every byte is written, and kept or written over by the next one.
   for (const char raw : text) {
-    const char c = is_digit(raw) ? '0' : raw;
-    run = c == last ? run + 1 : 1;
-    last = c;
-    if (run > (is_digit(c) ? 1 : kLongestRun)) continue;
-    if (is_blank(c) && !out.empty() && is_blank(out.back())) continue;
-    out.push_back(c);
+    const Normal::Byte now = normal.bytes[static_cast<unsigned char>(raw)];
+    run = now.as == last ? run + 1 : 1;
+    last = now.as;
+    const bool kept = run <= now.longest_run && !(now.blank && behind_blank);
+    *to = now.as;
+    to += kept ? 1 : 0;
+    behind_blank = kept ? now.blank : behind_blank;
   }
+  out.resize(static_cast<size_t>(to - begin));
   return out;
 }
 

@@ -13,9 +13,12 @@ constexpr size_t kLongestTag = 2048;
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-size_t high_bytes(std::string_view text) {
-  return static_cast<size_t>(std::count_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }));
+// How many bytes of whole lines without a byte above 0x7F `bytes` begins with, not looking far.
+size_t ascii_lines(std::string_view bytes) {
+  constexpr size_t kFar = 4096;
+  const std::string_view ascii = bytes.substr(0, skip_ascii(bytes.substr(0, kFar), 0));
+  const size_t end = ascii.rfind('\n');
+  return end == std::string_view::npos ? 0 : end + 1;
 }
 
 bool begins_tag(std::string_view text, size_t at) {
@@ -39,6 +42,7 @@ void Sample::feed(std::string_view bytes) {
     bytes.remove_prefix(head.size());
   }
   while (!bytes.empty() && text_.size() < kLimit) {
+    if (line_.empty()) bytes.remove_prefix(ascii_lines(bytes));
     bytes.remove_prefix(take_line(bytes));
   }
 }
@@ -82,9 +86,10 @@ std::string_view Sample::text() {
 }
 
 std::string without_markup(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  bool blank = false;
+  std::string out(text.size(), '\0');
+  char* const begin = out.data();
+  char* to = begin;
+  bool behind_blank = false;
   for (size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '<' && begins_tag(text, i)) {
       const size_t end = text.substr(i, kLongestTag).find('>');
@@ -93,16 +98,19 @@ std::string without_markup(std::string_view text) {
         continue;
       }
     }
-    const bool now = is_blank(text[i]);
-    if (!now || !blank) out.push_back(text[i]);
-    blank = now;
+    // Every byte is written, and kept or written over by the next one.
+    const bool blank = is_blank(text[i]);
+    *to = text[i];
+    to += blank && behind_blank ? 0 : 1;
+    behind_blank = blank;
   }
+  out.resize(static_cast<size_t>(to - begin));
   return out;
 }
 
 std::string main_text(std::string_view text) {
   std::string plain = without_markup(text);
-  return 2 * high_bytes(plain) < high_bytes(text) ? std::string(text) : plain;
+  return 2 * count_high(plain) < count_high(text) ? std::string(text) : plain;
 }
 
 }  // namespace orva

@@ -51,6 +51,11 @@ uint32_t written_scripts(int charset);
 class ScriptCounts {
  public:
   void add(uint32_t value);
+  // The same of `count` letters of an alphabet.
+  void add_letters(Script script, uint64_t count) {
+    counts_[script] += count;
+    all_ += count;
+  }
   // Whether a text of these letters can be in a language of `script`: enough of them are its own.
   bool can_be(Script script) const;
   // Whether there is a letter of `script`. Latin ones need not be there: ASCII may not be counted.

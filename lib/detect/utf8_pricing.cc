@@ -4,12 +4,11 @@
 #include <string>
 #include <utility>
 
-#include "lib/detect/characters.h"
 #include "lib/detect/focus.h"
 #include "lib/detect/readings.h"
 #include "lib/detect/sample.h"
 #include "lib/detect/scripts.h"
-#include "lib/detect/utf_codec.h"
+#include "lib/detect/small_letters.h"
 
 namespace orva {
 
@@ -18,23 +17,6 @@ namespace {
 // Bytes of a piece, and how many of them are asked about first.
 constexpr size_t kPiece = 64;
 constexpr size_t kFirst = 8;
-
-// UTF-8 as the models know it, without capitals; its letters are counted by script.
-std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
-  std::string out;
-  out.reserve(text.size());
-  for (size_t at = 0; at < text.size();) {
-    const Character character = read_utf8(text.substr(at));
-    if (character.state != Character::kGood) {
-      out.push_back(text[at++]);
-      continue;
-    }
-    scripts->add(character.value);
-    append_utf8(small_letter(character.value), &out);
-    at += character.length;
-  }
-  return out;
-}
 
 // Feeds every `step`th piece of `text`, from the `first` one on; returns how many bytes.
 size_t feed_pieces(std::string_view text, size_t first, size_t step, ListedSums* sums) {

@@ -197,6 +197,13 @@ TEST(EvidenceTwin, SamplesKeepTheHeadAndTheLinesWithHighBytes) {
       text += adversarial(&random);
       if (random() % 2 == 0) text += std::string(random() % 1500, random() % 2 == 0 ? 'x' : '\xE1');
       if (random() % 2 == 0) text += '\n';
+      // More lines of plain ASCII than are looked at together.
+      if (random() % 6 == 0) {
+        for (size_t lines = random() % 200; lines > 0; --lines) {
+          text += std::string(random() % 70, 'y') + '\n';
+        }
+        text += std::string(random() % 6000, 'z');
+      }
     }
     const std::string expected = orva::naive_sample(text);
     orva::Sample whole;

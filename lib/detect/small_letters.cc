@@ -1,0 +1,90 @@
+#include "lib/detect/small_letters.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+
+#include "lib/detect/byte_blocks.h"
+#include "lib/detect/characters.h"
+#include "lib/detect/utf_codec.h"
+
+namespace orva {
+
+namespace {
+
+constexpr uint32_t kTwoBytes = 0x800;  // characters below take two bytes at most
+
+// The small letters and the scripts of the characters of two bytes, where most alphabets lie.
+struct LetterTable {
+  char small[kTwoBytes][2];
+  uint8_t script[kTwoBytes];  // kAnyScript for what is no letter
+
+  LetterTable() {
+    for (uint32_t value = 0; value < kTwoBytes; ++value) {
+      const uint32_t letter = small_letter(value);
+      small[value][0] = static_cast<char>(0xC0 | letter >> 6);
+      small[value][1] = static_cast<char>(0x80 | (letter & 0x3F));
+      const uint32_t scripts = scripts_of_letter(value);
+      script[value] = static_cast<uint8_t>(scripts == 0 ? kAnyScript : std::countr_zero(scripts));
+    }
+  }
+};
+
+// How many letters a run of ASCII holds, which become small.
+size_t make_small(char* from, size_t count) {
+  size_t letters = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const auto b = static_cast<unsigned char>(from[i]);
+    const auto lower = static_cast<unsigned char>(b | 0x20);
+    const bool letter = lower >= 'a' && lower <= 'z';
+    from[i] = static_cast<char>(letter ? lower : b);
+    letters += letter ? 1 : 0;
+  }
+  return letters;
+}
+
+}  // namespace
+
+std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
+  static const LetterTable table;
+  std::string out(text);
+  uint64_t counts[kAnyScript + 1] = {};
+  for (size_t at = 0; at < text.size();) {
+    const auto b = static_cast<unsigned char>(text[at]);
+    if (b < 0x80) {
+      const size_t end = skip_ascii(text, at);
+      counts[kLatin] += make_small(out.data() + at, end - at);
+      at = end;
+      continue;
+    }
+    if (b < 0xE0) {
+      const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : 0);
+      if (b < 0xC2 || (next & 0xC0) != 0x80) {
+        ++at;
+        continue;
+      }
+      const uint32_t value = (b & 0x1FU) << 6 | (next & 0x3FU);
+      std::copy_n(table.small[value], 2, out.data() + at);
+      ++counts[table.script[value]];
+      at += 2;
+      continue;
+    }
+    const Character character = read_utf8(text.substr(at, 4));
+    if (character.state != Character::kGood) {
+      ++at;
+      continue;
+    }
+    scripts->add(character.value);
+    const uint32_t letter = small_letter(character.value);
+    if (letter != character.value) {
+      std::string written;
+      append_utf8(letter, &written);
+      out.replace(at, written.size(), written);
+    }
+    at += character.length;
+  }
+  for (int s = 0; s < kAnyScript; ++s) scripts->add_letters(static_cast<Script>(s), counts[s]);
+  return out;
+}
+
+}  // namespace orva
