@@ -32,58 +32,114 @@ std::vector<int> multi_byte_models(const ModelTables& tables, bool unicode) {
   return models;
 }
 
+// Calls use(trigram, index, q) for what the accumulators with a mark know, in the trigrams' order.
+template <typename Use>
+void for_each_value(const ModelTables& tables, const std::vector<char>& marks, Use use) {
+  tables.for_each_trigram([&](unsigned char a, unsigned char b, unsigned char c, int leaf) {
+    int count = 0;
+    const uint16_t* values = tables.leaf_values(leaf, &count);
+    for (int v = 0; v < count; ++v) {
+      const auto index = static_cast<size_t>(value_index(values[v]));
+      if (marks[index] == 0) continue;
+      use(trigram_of(a, b, c), index, static_cast<int>(value_cost(values[v])));
+    }
+  });
+}
+
+// Of the models and their fact sets.
+std::vector<char> marks_of(const ModelTables& tables, const std::vector<int>& models) {
+  std::vector<char> marks(static_cast<size_t>(tables.nb_indices()), 0);
+  for (const int m : models) {
+    const int fact = tables.model(m).fact;
+    marks[static_cast<size_t>(m)] = 1;
+    if (fact >= 0) marks[static_cast<size_t>(fact)] = 1;
+  }
+  return marks;
+}
+
 }  // namespace
 
-Homes::Homes(const ModelTables& tables) {
+Homes::Homes(const ModelTables& tables) : tables_(tables) {
   std::vector<int> home_model(tables.languages().size(), -1);
   for (int i = 0; i < tables.nb_models(); ++i) {
     int& home = home_model[static_cast<size_t>(tables.model(i).language)];
     const int rank = home_rank(tables.model(i).charset);
     if (rank > (home < 0 ? 0 : home_rank(tables.model(home).charset))) home = i;
   }
-  std::vector<int> charsets;  // each once
-  std::vector<int> models;
   for (size_t l = 0; l < home_model.size(); ++l) {
     scripts_.push_back(script_of_language(tables.languages()[l]));
     if (home_model[l] < 0) continue;
     languages_.push_back(l);
-    models.push_back(home_model[l]);
-    const int charset = tables.model(home_model[l]).charset;
+    models_.push_back(home_model[l]);
+  }
+  rewritings_ =
+      std::make_unique<Lazy<std::vector<Rewriting>>[]>(static_cast<size_t>(kCharsetCount));
+}
+
+const Homes::SingleByte& Homes::single_byte() const {
+  return single_byte_.get([this] { return make_single_byte(); });
+}
+
+const ListedModels& Homes::utf8() const {
+  return utf8_.get([this] { return make_listed(true); });
+}
+
+const ListedModels& Homes::pairs() const {
+  return pairs_.get([this] { return make_listed(false); });
+}
+
+std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
+  auto made = std::make_unique<SingleByte>(
+      SingleByte{{}, HomeModels(tables_, models_, HomeModels::kAsciiOnly)});
+  std::vector<int> charsets;  // each once
+  for (const int m : models_) {
+    const int charset = tables_.model(m).charset;
     if (std::find(charsets.begin(), charsets.end(), charset) == charsets.end()) {
       charsets.push_back(charset);
     }
   }
-  ascii_ = std::make_unique<HomeModels>(tables, models, HomeModels::kAsciiOnly);
-  std::vector<Column> columns(static_cast<size_t>(tables.nb_indices()));
+  std::vector<Column> columns(static_cast<size_t>(tables_.nb_indices()));
   for (const int charset : charsets) {
     std::vector<size_t> own;
     std::vector<int> own_models;
     for (size_t i = 0; i < languages_.size(); ++i) {
-      const ModelInfo& info = tables.model(models[i]);
+      const ModelInfo& info = tables_.model(models_[i]);
       if (info.charset != charset) continue;
-      const Column column = {homes_.size(), own.size(), i};
-      columns[static_cast<size_t>(models[i])] = column;
+      const Column column = {made->homes.size(), own.size(), i};
+      columns[static_cast<size_t>(models_[i])] = column;
       if (info.fact >= 0) columns[static_cast<size_t>(info.fact)] = column;
       own.push_back(languages_[i]);
-      own_models.push_back(models[i]);
+      own_models.push_back(models_[i]);
     }
-    homes_.push_back({charset, std::move(own), HomeAlphabet(single_byte_table(charset)),
-                      HomeModels(tables, own_models, HomeModels::kAnyBytes)});
+    made->homes.push_back({charset, std::move(own), HomeAlphabet(single_byte_table(charset)),
+                           HomeModels(tables_, own_models, HomeModels::kAnyBytes)});
   }
-  utf8_ = std::make_unique<ListedModels>(tables, multi_byte_models(tables, true));
-  pairs_ = std::make_unique<ListedModels>(tables, multi_byte_models(tables, false));
-  add_trigrams(tables, columns);
-  rewritings_ = std::make_unique<Rewritings[]>(static_cast<size_t>(kCharsetCount));
+  for_each_value(tables_, marks_of(tables_, models_), [&](uint32_t trigram, size_t index, int q) {
+    const Column& column = columns[index];
+    made->homes[column.home].models.set(trigram, column.own, q);
+    if ((trigram & 0x808080U) == 0) made->ascii.set(trigram, column.all, q);
+  });
+  for (Home& home : made->homes) home.models.finish();
+  made->ascii.finish();
+  return made;
+}
+
+std::unique_ptr<const ListedModels> Homes::make_listed(bool unicode) const {
+  const std::vector<int> models = multi_byte_models(tables_, unicode);
+  auto made = std::make_unique<ListedModels>(tables_, models);
+  for_each_value(tables_, marks_of(tables_, models), [&](uint32_t trigram, size_t index, int q) {
+    made->set(trigram, static_cast<int>(index), q);
+  });
+  made->finish();
+  return made;
 }
 
 const std::vector<Rewriting>& Homes::rewritings(int charset) const {
-  Rewritings& all = rewritings_[static_cast<size_t>(charset)];
-  std::call_once(all.made, [&] {
-    std::vector<Rewriting> made;
-    for (const Home& h : homes_) made.emplace_back(alphabet_of(charset), h.alphabet);
-    all.in_home = std::move(made);
+  return rewritings_[static_cast<size_t>(charset)].get([&] {
+    auto made = std::make_unique<std::vector<Rewriting>>();
+    for (const Home& home : all()) made->emplace_back(alphabet_of(charset), home.alphabet);
+    return made;
   });
-  return all.in_home;
 }
 
 PossibleLanguages Homes::possible(uint32_t scripts, const std::vector<char>& allowed) const {
@@ -93,36 +149,14 @@ PossibleLanguages Homes::possible(uint32_t scripts, const std::vector<char>& all
     const bool can = (scripts & script_bit(scripts_[l])) != 0;
     possible.marks.push_back(can && (allowed.empty() || allowed[l] != 0) ? 1 : 0);
   }
-  for (size_t h = 0; h < homes_.size(); ++h) {
-    const std::vector<size_t>& languages = homes_[h].languages;
+  const std::vector<Home>& homes = all();
+  for (size_t h = 0; h < homes.size(); ++h) {
+    const std::vector<size_t>& languages = homes[h].languages;
     const bool any = std::any_of(languages.begin(), languages.end(),
                                  [&](size_t l) { return possible.marks[l] != 0; });
     if (any) possible.homes.push_back(h);
   }
   return possible;
-}
-
-void Homes::add_trigrams(const ModelTables& tables, const std::vector<Column>& columns) {
-  const auto visit = [&](unsigned char a, unsigned char b, unsigned char c, int leaf) {
-    const uint32_t trigram = trigram_of(a, b, c);
-    int count = 0;
-    const uint16_t* values = tables.leaf_values(leaf, &count);
-    for (int v = 0; v < count; ++v) {
-      const int index = value_index(values[v]);
-      const int q = value_cost(values[v]);
-      utf8_->set(trigram, index, q);
-      pairs_->set(trigram, index, q);
-      const Column& column = columns[static_cast<size_t>(index)];
-      if (column.home == Column::kNone) continue;
-      homes_[column.home].models.set(trigram, column.own, q);
-      if ((a | b | c) < 0x80) ascii_->set(trigram, column.all, q);
-    }
-  };
-  tables.for_each_trigram(visit);
-  for (Home& home : homes_) home.models.finish();
-  ascii_->finish();
-  utf8_->finish();
-  pairs_->finish();
 }
 
 }  // namespace orva

@@ -1,16 +1,18 @@
 // Homes: the one model through which each language is asked, and the models of a charset together.
 //
-// Life cycle: made whole by the constructor, constant from then on.
-// Ownership:  belongs to its ModelTables.
-// Threads:    any number may read.
+// Each part is made from the group's trigrams when it is first asked for: few programs ask for all.
+//
+// Life cycle: what the constructor chose is constant.
+// Ownership:  belongs to its ModelTables, which must stay.
+// Threads:    any number may ask.
 #ifndef ORVA_LIB_DETECT_HOMES_H_
 #define ORVA_LIB_DETECT_HOMES_H_
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "lib/detect/home_models.h"
+#include "lib/detect/lazy.h"
 #include "lib/detect/listed_models.h"
 #include "lib/detect/model_tables.h"
 #include "lib/detect/rewriting.h"
@@ -37,13 +39,13 @@ class Homes {
  public:
   explicit Homes(const ModelTables& tables);
 
-  const std::vector<Home>& all() const { return homes_; }
+  const std::vector<Home>& all() const { return single_byte().homes; }
   // The languages that have a home, and what ASCII costs in them.
   const std::vector<size_t>& languages() const { return languages_; }
-  const HomeModels& ascii() const { return *ascii_; }
+  const HomeModels& ascii() const { return single_byte().ascii; }
   // The models of UTF-8, and those of charsets that keep ASCII and take bytes together.
-  const ListedModels& utf8() const { return *utf8_; }
-  const ListedModels& pairs() const { return *pairs_; }
+  const ListedModels& utf8() const;
+  const ListedModels& pairs() const;
   // How texts of a single-byte charset are written, by home. Made at their first use.
   const std::vector<Rewriting>& rewritings(int charset) const;
   // The languages of the scripts, of those that `allowed`, by index, allows; empty allows all.
@@ -54,27 +56,28 @@ class Homes {
  private:
   // Where the trigrams of an accumulator go: to a column of a home, and to one of ascii().
   struct Column {
-    static constexpr size_t kNone = ~size_t{0};
-    size_t home = kNone;
+    size_t home = 0;
     size_t own = 0;
     size_t all = 0;
   };
 
-  // The rewritings of one charset, by home.
-  struct Rewritings {
-    std::once_flag made;
-    std::vector<Rewriting> in_home;
+  struct SingleByte {
+    std::vector<Home> homes;
+    HomeModels ascii;
   };
 
-  void add_trigrams(const ModelTables& tables, const std::vector<Column>& columns);
+  const SingleByte& single_byte() const;
+  std::unique_ptr<const SingleByte> make_single_byte() const;
+  std::unique_ptr<const ListedModels> make_listed(bool unicode) const;
 
-  std::vector<Home> homes_;
+  const ModelTables& tables_;
   std::vector<size_t> languages_;
-  std::unique_ptr<HomeModels> ascii_;
-  std::unique_ptr<ListedModels> utf8_;
-  std::unique_ptr<ListedModels> pairs_;
+  std::vector<int> models_;  // the homes of `languages_`
   std::vector<Script> scripts_;
-  std::unique_ptr<Rewritings[]> rewritings_;  // by charset
+  Lazy<SingleByte> single_byte_;
+  Lazy<ListedModels> utf8_;
+  Lazy<ListedModels> pairs_;
+  std::unique_ptr<Lazy<std::vector<Rewriting>>[]> rewritings_;  // by charset, then by home
 };
 
 }  // namespace orva

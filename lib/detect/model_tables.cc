@@ -108,8 +108,7 @@ std::unique_ptr<const ModelTables> ModelTables::finish(std::unique_ptr<ModelTabl
 }
 
 const Homes& ModelTables::homes() const {
-  std::call_once(homes_made_, [this] { homes_ = std::make_unique<const Homes>(*this); });
-  return *homes_;
+  return homes_.get([this] { return std::make_unique<const Homes>(*this); });
 }
 
 int ModelTables::language_index(const std::string& name) {

@@ -14,11 +14,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/lazy.h"
 #include "lib/mgroup/group_format.h"
 #include "lib/mgroup/lid_mgroup.h"
 
@@ -139,8 +139,7 @@ class ModelTables {
   std::vector<ModelInfo> models_;
   std::vector<std::string> languages_;
   std::vector<std::vector<int>> models_of_fact_;
-  mutable std::once_flag homes_made_;
-  mutable std::unique_ptr<const Homes> homes_;
+  Lazy<Homes> homes_;
 };
 
 }  // namespace orva

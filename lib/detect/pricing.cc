@@ -43,11 +43,13 @@ bool has_cost(const Reading& reading) {
 }  // namespace
 
 Pricing::Pricing(const ModelTables& tables)
-    : tables_(tables),
-      homes_(tables.homes()),
-      trials_(homes_),
-      pair_sums_(homes_.pairs()),
-      utf8_(tables) {}
+    : tables_(tables), homes_(tables.homes()), trials_(homes_) {}
+
+std::vector<double> Pricing::price_utf8(std::string_view text, const std::vector<char>& languages,
+                                        double most) {
+  if (!utf8_.has_value()) utf8_.emplace(tables_);
+  return utf8_->price(text, languages, most);
+}
 
 // ASCII within a document may be markup, code or English whatever the document's language is. So it
 // costs a charset hardly more than in the language that it fits best, and says nothing at all about
@@ -105,7 +107,6 @@ void Pricing::price_multi_byte(std::string_view sample, const TrialText& text,
                                Pool<Reading>* readings) {
   double best = kNoCost;
   for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
-  pair_sums_.reset();
   bool asked = false;
   for (Reading& reading : *readings) {
     if (reading.table != nullptr) continue;
@@ -115,8 +116,12 @@ void Pricing::price_multi_byte(std::string_view sample, const TrialText& text,
       add_all(text.segments, &sums);
       price_pairs(homes_.utf8(), sums.totals(), &reading);
     } else if ((flags & kMarkupSafe) != 0) {
-      if (!std::exchange(asked, true)) add_all(text.segments, &pair_sums_);
-      price_pairs(homes_.pairs(), pair_sums_.totals(), &reading);
+      if (!pair_sums_.has_value()) pair_sums_.emplace(homes_.pairs());
+      if (!std::exchange(asked, true)) {
+        pair_sums_->reset();
+        add_all(text.segments, &*pair_sums_);
+      }
+      price_pairs(homes_.pairs(), pair_sums_->totals(), &reading);
     }
     if (!has_cost(reading)) price_decoded(sample, best - reading.prior, &reading);
     drop_impossible(&reading);
@@ -208,7 +213,7 @@ void Pricing::price_decoded_part(const Charset& charset, std::string_view part, 
                                  Reading* reading) {
   Conversion utf8;
   decode_bytes(charset, part, &utf8);
-  if (!utf8.bytes.empty()) reading->costs = utf8_.price(utf8.bytes, languages_, most);
+  if (!utf8.bytes.empty()) reading->costs = price_utf8(utf8.bytes, languages_, most);
 }
 
 }  // namespace orva

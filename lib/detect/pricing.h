@@ -14,6 +14,7 @@
 #define ORVA_LIB_DETECT_PRICING_H_
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,10 +35,10 @@ class Pricing {
   // index, allows; empty allows all.
   void price(std::string_view sample, const std::vector<char>& languages, Pool<Reading>* readings);
 
-  // Costs by language of text that is already UTF-8.
-  std::vector<double> price_utf8(std::string_view text, const std::vector<char>& languages) {
-    return utf8_.price(text, languages, kNoCost);
-  }
+  // Costs by language of text that is already UTF-8, read to its end unless it costs far more than
+  // `most`.
+  std::vector<double> price_utf8(std::string_view text, const std::vector<char>& languages,
+                                 double most = kNoCost);
 
   // Bytes of the last sample that was priced.
   size_t priced() const { return priced_; }
@@ -68,8 +69,9 @@ class Pricing {
   std::deque<PossibleLanguages> possible_;
   CostSums ascii_sums_;
   Trials trials_;
-  ListedSums pair_sums_;
-  Utf8Pricing utf8_;
+  // Made when they are first needed, with what they are made of.
+  std::optional<ListedSums> pair_sums_;
+  std::optional<Utf8Pricing> utf8_;
 };
 
 }  // namespace orva
