@@ -43,7 +43,7 @@ inline size_t count_high(std::string_view bytes) {
   size_t i = 0;
   // Bits that are far apart are added up in the highest byte.
   for (; i + 8 <= bytes.size(); i += 8) {
-    count += ((word_at(bytes, i) & kHighBits) >> 7) * kOnes >> 56;
+    count += static_cast<size_t>(((word_at(bytes, i) & kHighBits) >> 7) * kOnes >> 56);
   }
   for (; i < bytes.size(); ++i) count += static_cast<unsigned char>(bytes[i]) >> 7;
   return count;
