@@ -9,7 +9,7 @@ namespace orva {
 namespace {
 
 constexpr size_t kRowStep = 8;  // a row fills whole vectors of 16 bytes
-constexpr size_t kAtOnce = 64;  // rows
+constexpr size_t kUnscored = 0x80;  // a byte that costs nothing where ASCII alone is scored
 constexpr double kMostUnits = 65535;
 constexpr int kMostQuantised = 255;
 
@@ -52,6 +52,7 @@ void HomeModels::add_byte_rows(const ModelTables& tables, const std::vector<int>
     column_of[static_cast<size_t>(models[i])] = static_cast<int>(i);
   }
   for (int b = 0; b < kNbBytes; ++b) {
+    if (kind_ == kAsciiOnly && b >= 0x80) break;
     uint16_t* row = rows_.data() + static_cast<size_t>(b) * width_;
     std::fill_n(row, nb_models_, units(kUnseenCost));
     tables.for_each_unigram(static_cast<unsigned char>(b), [&](const UnigramEntry& entry) {
@@ -80,6 +81,21 @@ void HomeModels::finish() {
   units_ = {};
 }
 
+void HomeModels::find_rows(const unsigned char* bytes, size_t count,
+                           const uint16_t** rows) const {
+  int known[kTrigramsAtOnce];
+  index_.find_all(bytes, count, known);
+  for (size_t i = 0; i < count; ++i) {
+    const unsigned char* const trigram = bytes + i;
+    size_t row = trigram[2];
+    // What is not scored costs what a byte costs that is not.
+    const bool high = (trigram[0] | trigram[1] | trigram[2]) >= 0x80;
+    if (kind_ == kAsciiOnly && high) row = kUnscored;
+    if (known[i] != TrigramIndex::kNone) row = kNbBytes + static_cast<size_t>(known[i]);
+    rows[i] = rows_.data() + row * width_;
+  }
+}
+
 void CostSums::start(const HomeModels& models) {
   models_ = &models;
   sums_.assign(models.width(), 0);
@@ -105,17 +121,11 @@ void CostSums::add_rows(const uint16_t* const* rows, size_t count) {
 }
 
 void CostSums::add(std::string_view text, size_t from) {
-  const bool ascii_only = models_->kind() == HomeModels::kAsciiOnly;
-  const uint16_t* rows[kAtOnce];
-  size_t count = 0;
-  walk_trigrams(text, models_->folding(), [&](size_t at, auto a, auto b, auto c) {
-    if (at < from || (ascii_only && (a | b | c) >= 0x80)) return;
-    rows[count] = models_->row(a, b, c);
-    if (++count < kAtOnce) return;
+  walk_trigrams(text, from, models_->folding(), [this](const unsigned char* bytes, size_t count) {
+    const uint16_t* rows[kTrigramsAtOnce];
+    models_->find_rows(bytes, count, rows);
     add_rows(rows, count);
-    count = 0;
   });
-  add_rows(rows, count);
 }
 
 }  // namespace orva

@@ -44,15 +44,11 @@ class HomeModels {
   size_t width() const { return width_; }
   // Nats for one unit of a row.
   double unit() const { return unit_; }
-  Kind kind() const { return kind_; }
   const Folding& folding() const { return folding_; }
 
-  // width() costs, in units.
-  const uint16_t* row(unsigned char a, unsigned char b, unsigned char c) const {
-    const int known = index_.find(a, b, c);
-    const size_t row = known == TrigramIndex::kNone ? c : kNbBytes + static_cast<size_t>(known);
-    return rows_.data() + row * width_;
-  }
+  // Finds the rows, of width() costs in units, of `count` trigrams that begin at bytes[0], bytes[1]
+  // and so on. REQUIRES: count <= kTrigramsAtOnce.
+  void find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows) const;
 
  private:
   void add_byte_rows(const ModelTables& tables, const std::vector<int>& models);

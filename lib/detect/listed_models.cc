@@ -47,6 +47,17 @@ void ListedModels::finish() {
   columns_ = {};
 }
 
+void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entries* found) const {
+  int known[kTrigramsAtOnce];
+  index_.find_all(bytes, count, known);
+  for (size_t i = 0; i < count; ++i) {
+    const bool any = known[i] != TrigramIndex::kNone;
+    const uint32_t* const first = firsts_.data() + (any ? known[i] : 0);
+    found[i].begin = entries_.data() + first[0];
+    found[i].end = entries_.data() + first[any ? 1 : 0];
+  }
+}
+
 ListedSums::ListedSums(const ListedModels& models)
     : models_(models),
       known_(models.nb_models()),
@@ -61,15 +72,18 @@ void ListedSums::reset() {
 }
 
 void ListedSums::add(std::string_view text) {
-  Known* const known = known_.data();
-  walk_trigrams(text, models_.folding(), [&](size_t, auto a, auto b, auto c) {
-    ++counts_[c];
-    const ListedModels::Entries found = models_.entries(a, b, c);
-    const uint64_t* const unigrams = models_.unigrams(c);
-    for (size_t i = 0; i < found.count; ++i) {
-      const ListedModels::Entry entry = found.first[i];
-      known[entry.column].trigrams += entry.q + ListedModels::kOne;
-      known[entry.column].unigrams += unigrams[entry.column];
+  walk_trigrams(text, 0, models_.folding(), [this](const unsigned char* bytes, size_t count) {
+    ListedModels::Entries found[kTrigramsAtOnce];
+    models_.find_entries(bytes, count, found);
+    for (size_t i = 0; i < count; ++i) {
+      const unsigned char last = bytes[i + 2];
+      ++counts_[last];
+      const uint64_t* const unigrams = models_.unigrams(last);
+      for (const auto* entry = found[i].begin; entry != found[i].end; ++entry) {
+        Known& known = known_[entry->column];
+        known.trigrams += entry->q + ListedModels::kOne;
+        known.unigrams += unigrams[entry->column];
+      }
     }
   });
 }

@@ -35,8 +35,8 @@ class ListedModels {
   };
   // Those that know one.
   struct Entries {
-    const Entry* first;
-    size_t count;
+    const Entry* begin;
+    const Entry* end;
   };
   // Two numbers added up at once, neither of which grows beyond 32 bits: quantised costs, and how
   // many there are.
@@ -55,12 +55,9 @@ class ListedModels {
   const ModelInfo& info(size_t column) const { return tables_.model(models_[column]); }
   const Folding& folding() const { return folding_; }
 
-  Entries entries(unsigned char a, unsigned char b, unsigned char c) const {
-    const int known = index_.find(a, b, c);
-    if (known == TrigramIndex::kNone) return {nullptr, 0};
-    const uint32_t* const first = firsts_.data() + known;
-    return {entries_.data() + first[0], first[1] - first[0]};
-  }
+  // Finds the entries of `count` trigrams that begin at bytes[0], bytes[1] and so on.
+  // REQUIRES: count <= kTrigramsAtOnce.
+  void find_entries(const unsigned char* bytes, size_t count, Entries* found) const;
   // By column: what the byte costs where its trigram is not known.
   const uint64_t* unigrams(unsigned char byte) const {
     return unigrams_.data() + byte * models_.size();

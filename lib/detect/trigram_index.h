@@ -16,6 +16,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "lib/detect/trigram_walk.h"
+
 namespace orva {
 
 constexpr uint32_t trigram_of(unsigned char a, unsigned char b, unsigned char c) {
@@ -31,23 +33,17 @@ class TrigramIndex {
   explicit TrigramIndex(const std::vector<uint32_t>& trigrams);
 
   int find(unsigned char a, unsigned char b, unsigned char c) const {
-    const size_t pair = pairs_[size_t{place_[a]} * nb_places_ + place_[b]];
-    const size_t place = place_[c];
-    const Followers& followers = followers_[pair * nb_words_ + place / kBits];
-    const uint32_t bit = uint32_t{1} << place % kBits;
-    const int number = followers.first + count_bits(followers.bits & (bit - 1));
-    return (followers.bits & bit) != 0 ? number : kNone;
+    const unsigned char bytes[] = {a, b, c};
+    int number = kNone;
+    find_all(bytes, 1, &number);
+    return number;
   }
+  // Likewise of `count` trigrams, those that begin at bytes[0], bytes[1] and so on.
+  // REQUIRES: count <= kTrigramsAtOnce.
+  void find_all(const unsigned char* bytes, size_t count, int* numbers) const;
 
  private:
   static constexpr size_t kBits = 32;
-
-  // Without a call, which std::popcount is where the processor is not known to have it.
-  static int count_bits(uint32_t word) {
-    word -= word >> 1 & 0x55555555U;
-    word = (word & 0x33333333U) + (word >> 2 & 0x33333333U);
-    return static_cast<int>(((word + (word >> 4)) & 0x0F0F0F0FU) * 0x01010101U >> 24);
-  }
 
   // Which of so many bytes may follow a pair, and the number of the first one's trigram.
   struct Followers {

@@ -1,7 +1,7 @@
 // The trigrams of a text as a group's models were trained on them: runs cut, capitals folded,
 // digits and blanks left out, as the group's switches ask.
 //
-//   orva::walk_trigrams(text, folding, [](size_t at, auto a, auto b, auto c) { ... });
+//   orva::walk_trigrams(text, 0, folding, [](const unsigned char* bytes, size_t count) { ... });
 //
 // Life cycle: a Folding is made once for each group, constant from then on.
 // Threads:    any number may read.
@@ -10,6 +10,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "lib/mgroup/cmg_models.h"
@@ -20,44 +22,48 @@ namespace orva {
 class Folding {
  public:
   static constexpr uint16_t kLeftOut = 0x100;
-  // Of a run of equal bytes so many are kept.
-  static constexpr int kLongestRun = 3;
-
   explicit Folding(const CmgModels& switches);
 
   uint16_t operator[](unsigned char byte) const { return to_[byte]; }
-  bool cuts_runs() const { return cuts_runs_; }
+  // Of a run of equal bytes so many are kept.
+  int longest_run() const { return longest_run_; }
 
  private:
   uint16_t to_[256];
-  bool cuts_runs_;
+  int longest_run_;
 };
 
-// Calls visit(at, a, b, c) for each trigram; `at` is where its last byte stands in `text`.
+// So many trigrams are looked up together, so that they wait for the memory together.
+inline constexpr size_t kTrigramsAtOnce = 64;
+
+// Calls visit(bytes, count), some times, for `count` trigrams that begin at bytes[0], bytes[1] and
+// so on: those of `text` whose last byte stands at `from` or behind it.
 template <typename Visit>
-inline void walk_trigrams(std::string_view text, const Folding& folding, Visit visit) {
-  const int longest = folding.cuts_runs() ? Folding::kLongestRun : -1;
-  unsigned char before = 0;
-  unsigned char last = 0;
-  int missing = 2;  // bytes that only set up the context
+inline void walk_trigrams(std::string_view text, size_t from, const Folding& folding,
+                          Visit visit) {
+  const int longest = folding.longest_run();
+  unsigned char folded[kTrigramsAtOnce + 2];
+  size_t size = 0;
   int run = 0;
-  int last_raw = -1;
+  int last = -1;
   for (size_t i = 0; i < text.size(); ++i) {
     const auto raw = static_cast<unsigned char>(text[i]);
-    run = raw == last_raw ? run + 1 : 1;
-    last_raw = raw;
-    if (longest >= 0 && run > longest) continue;
+    run = raw == last ? run + 1 : 1;
+    last = raw;
+    if (run > longest) continue;
     const uint16_t to = folding[raw];
     if (to == Folding::kLeftOut) continue;
-    const auto c = static_cast<unsigned char>(to);
-    if (missing > 0) {
-      --missing;
-    } else {
-      visit(i, before, last, c);
+    if (size == 2 && i < from) {
+      folded[0] = folded[1];
+      size = 1;
+    } else if (size == std::size(folded)) {
+      visit(folded, kTrigramsAtOnce);
+      memcpy(folded, folded + kTrigramsAtOnce, 2);
+      size = 2;
     }
-    before = last;
-    last = c;
+    folded[size++] = static_cast<unsigned char>(to);
   }
+  if (size > 2) visit(folded, size - 2);
 }
 
 }  // namespace orva
