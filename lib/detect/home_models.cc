@@ -114,10 +114,22 @@ void CostSums::add_rows(const uint16_t* const* rows, size_t count) {
     for (size_t j = 0; j < kRowStep; ++j) sums_[k + j] += sums[j];
   }
   pending_ += static_cast<uint32_t>(count);
-  if (pending_ < kFoldAfter) return;
-  folded_.resize(width, 0);
-  for (size_t k = 0; k < width; ++k) folded_[k] += std::exchange(sums_[k], 0);
+  if (pending_ >= kFoldAfter) fold();
+}
+
+void CostSums::fold() {
+  folded_.resize(sums_.size(), 0);
+  for (size_t k = 0; k < sums_.size(); ++k) folded_[k] += std::exchange(sums_[k], 0);
   pending_ = 0;
+}
+
+// REQUIRES: the other has added up less than it folds.
+void CostSums::add(const CostSums& other) {
+  if (pending_ + other.pending_ >= kFoldAfter) fold();
+  for (size_t k = 0; k < sums_.size(); k += kRowStep) {
+    for (size_t j = k; j < k + kRowStep; ++j) sums_[j] += other.sums_[j];
+  }
+  pending_ += other.pending_;
 }
 
 void CostSums::add(std::string_view text, size_t from) {

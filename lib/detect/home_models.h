@@ -74,6 +74,8 @@ class CostSums {
   // Begins again, with other models.
   void start(const HomeModels& models);
 
+  // What another has added up of the same models. REQUIRES: of a text shorter than 65000 bytes.
+  void add(const CostSums& other);
   // The trigrams of `text` that end at `from` or behind it. The text is normalised as the group
   // asks: runs cut, capitals folded, digits and blanks removed.
   void add(std::string_view text, size_t from);
@@ -88,6 +90,7 @@ class CostSums {
   static constexpr uint32_t kFoldAfter = 65536 - 64;
 
   void add_rows(const uint16_t* const* rows, size_t count);
+  void fold();
 
   const HomeModels* models_ = nullptr;
   std::vector<uint32_t> sums_;    // of the rows since the last fold

@@ -85,14 +85,11 @@ bool Rewriting::lacks_more(const ByteCounts& counts, double most, uint64_t lette
   return false;
 }
 
-void Rewriting::append(std::string_view text, size_t from, size_t to, std::string* out) const {
+char* Rewriting::write(std::string_view text, size_t from, size_t to, const char* begin,
+                       char* end) const {
   const auto is_letter_at = [&](size_t i) {
     return i < text.size() && alphabet_[static_cast<unsigned char>(text[i])].is_letter();
   };
-  const size_t before = out->size();
-  out->resize(before + (to - from) * sizeof(Form::bytes));
-  char* const begin = out->data();
-  char* end = begin + before;
   for (size_t i = from; i < to; ++i) {
     const Form& form = forms_[static_cast<unsigned char>(text[i])];
     // A quotation mark is an apostrophe within a word only.
@@ -107,7 +104,7 @@ void Rewriting::append(std::string_view text, size_t from, size_t to, std::strin
     memcpy(end, form.bytes, sizeof(form.bytes));
     end += form.length;
   }
-  out->resize(static_cast<size_t>(end - begin));
+  return end;
 }
 
 }  // namespace orva

@@ -34,11 +34,16 @@ class Rewriting {
  public:
   Rewriting(const Alphabet& from, const HomeAlphabet& home);
 
-  // Appends text[from, to), written in the home.
-  void append(std::string_view text, size_t from, size_t to, std::string* out) const;
+  // Bytes that one may become.
+  static constexpr size_t kLongest = 3;
+
+  // Writes text[from, to) in the home, behind what was written from `begin` to `end`; returns the
+  // new end. REQUIRES: room for kLongest bytes each.
+  char* write(std::string_view text, size_t from, size_t to, const char* begin, char* end) const;
   std::string apply(std::string_view text) const {
-    std::string out;
-    append(text, 0, text.size(), &out);
+    std::string out(text.size() * kLongest, 0);
+    const char* const end = write(text, 0, text.size(), out.data(), out.data());
+    out.resize(static_cast<size_t>(end - out.data()));
     return out;
   }
 
@@ -51,7 +56,7 @@ class Rewriting {
   struct Form {
     uint8_t length : 2 = 0;
     uint8_t quotes : 1 = 0;  // a blank, but within a word
-    char bytes[3] = {};
+    char bytes[kLongest] = {};
 
     void add(unsigned char byte) { bytes[length++] = static_cast<char>(byte); }
   };

@@ -1,6 +1,7 @@
 #include "lib/detect/trials.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -19,6 +20,19 @@ constexpr double kMostOdd = 1.5;
 // Bytes of a piece, and how many of the pieces that follow each other are asked about far apart.
 constexpr size_t kPiece = 32;
 constexpr size_t kStride = 16;
+
+// Texts that differ have other ones, as a rule.
+uint64_t print_of(std::string_view text) {
+  uint64_t print = text.size();
+  while (!text.empty()) {
+    uint64_t word = 0;
+    memcpy(&word, text.data(), std::min(text.size(), sizeof(word)));
+    print = (print ^ word) * 0x9E3779B97F4A7C15U;
+    print ^= print >> 29;
+    text.remove_prefix(std::min(text.size(), sizeof(word)));
+  }
+  return print;
+}
 
 }  // namespace
 
@@ -43,10 +57,18 @@ TrialText::TrialText(std::vector<std::string> texts)
   }
 }
 
+struct Trials::Answer {
+  uint64_t print = 0;  // of the text
+  std::string written;
+  size_t from = 0;
+  CostSums sums;
+};
+
 // A reading in one home.
 struct Trials::InHome {
   const Home* home = nullptr;
   const Rewriting* rewriting = nullptr;
+  size_t index = 0;  // of the home
   CostSums sums;
   size_t length = 0;  // of the pieces asked about
   bool alive = true;
@@ -71,6 +93,7 @@ void Trials::start(const TrialText* text, const std::vector<double>* base) {
   text_ = text;
   base_ = base;
   trials_.clear();
+  answers_.resize(homes_.all().size());
 }
 
 void Trials::add(Reading* reading) {
@@ -88,6 +111,7 @@ void Trials::add(Reading* reading) {
     const Home& home = homes_.all()[h];
     InHome& in = trial.homes.add();
     in.home = &home;
+    in.index = h;
     in.rewriting = &rewritings[h];
     in.sums.start(home.models);
     in.length = 0;
@@ -106,17 +130,38 @@ void Trials::add(Reading* reading) {
   trial.alive = true;
 }
 
+const CostSums& Trials::answer(const HomeModels& models, std::string_view written, size_t from,
+                               Pool<Answer>* known) {
+  const uint64_t print = print_of(written);
+  for (const Answer& answer : *known) {
+    if (answer.print == print && answer.from == from && answer.written == written) {
+      return answer.sums;
+    }
+  }
+  Answer& answer = known->add();
+  answer.print = print;
+  answer.written = written;
+  answer.from = from;
+  answer.sums.start(models);
+  answer.sums.add(written, from);
+  return answer.sums;
+}
+
 void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
   const std::string& segment = text_->segments[piece.segment];
   trial->extra += trial->placement->cost(segment, piece.from, piece.to);
   trial->length += piece.to - piece.from;
+  const size_t room = (piece.to - piece.context) * Rewriting::kLongest;
+  if (written_.size() < room) written_.resize(room);
+  char* const begin = written_.data();
   for (InHome& in : trial->homes) {
     if (!in.alive) continue;
-    written_.clear();
-    in.rewriting->append(segment, piece.context, piece.from, &written_);
-    const size_t from = written_.size();
-    in.rewriting->append(segment, piece.from, piece.to, &written_);
-    in.sums.add(written_, from);
+    char* const middle =
+        in.rewriting->write(segment, piece.context, piece.from, begin, begin);
+    const char* const end = in.rewriting->write(segment, piece.from, piece.to, begin, middle);
+    const std::string_view written(begin, static_cast<size_t>(end - begin));
+    in.sums.add(answer(in.home->models, written, static_cast<size_t>(middle - begin),
+                       &answers_[in.index]));
     in.length += piece.to - piece.from;
   }
 }
@@ -152,9 +197,14 @@ void Trials::run() {
   for (size_t until = 1; asked < text_->pieces.size(); until *= 2) {
     until = std::min(until, text_->pieces.size());
     double least = kNoCost;
+    for (size_t i = asked; i < until; ++i) {
+      for (Pool<Answer>& answers : answers_) answers.clear();
+      for (Trial& trial : trials_) {
+        if (trial.alive) ask(text_->pieces[i], &trial);
+      }
+    }
     for (Trial& trial : trials_) {
       if (!trial.alive) continue;
-      for (size_t i = asked; i < until; ++i) ask(text_->pieces[i], &trial);
       compare(&trial);
       least = std::min(least, trial.least);
     }

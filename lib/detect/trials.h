@@ -2,7 +2,8 @@
 //
 // All readings are asked about a little of the text, those that are far behind give up, the others
 // are asked about twice as much, and so on. So most readings cost next to nothing, and the cost of
-// one that gave up is what it would be if the text went on as it began.
+// one that gave up is what it would be if the text went on as it began. What several readings write
+// alike in a home is asked about once.
 //
 // Life cycle: start with a text, add each reading, run once; then start again.
 // Ownership:  homes, text, costs and readings are not owned.
@@ -63,7 +64,12 @@ class Trials {
   struct InHome;
   struct Trial;
 
+  // What a piece costs in a home, as some readings write it.
+  struct Answer;
+
   void ask(const TrialText::Piece& piece, Trial* trial);
+  const CostSums& answer(const HomeModels& models, std::string_view written, size_t from,
+                         Pool<Answer>* known);
   void compare(Trial* trial);
   void settle(Trial* trial) const;
   static void keep_behind(const Trial& trial, double least);
@@ -74,7 +80,8 @@ class Trials {
   double margin_ = 60;
   Pool<Trial> trials_;
   std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
-  std::string written_;                           // of one piece, in a home
+  std::vector<Pool<Answer>> answers_;  // about the piece that is asked about, by home
+  std::string written_;                // of it, in a home
 };
 
 }  // namespace orva
