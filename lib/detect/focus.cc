@@ -1,6 +1,6 @@
 #include "lib/detect/focus.h"
 
-#include <algorithm>
+#include "lib/detect/byte_blocks.h"
 
 namespace orva {
 
@@ -74,8 +74,15 @@ std::string normalised(std::string_view text) {
 }
 
 std::string_view with_few_high(std::string_view sample, size_t most_high) {
+  constexpr size_t kBlock = 64;
   size_t high = 0;
-  for (size_t i = 0; i < sample.size(); ++i) {
+  size_t i = 0;
+  for (; i < sample.size(); i += kBlock) {
+    const size_t more = count_high(sample.substr(i, kBlock));
+    if (high + more > most_high) break;
+    high += more;
+  }
+  for (; i < sample.size(); ++i) {
     if (is_high(sample[i]) && ++high > most_high) return sample.substr(0, i);
   }
   return sample;
@@ -84,8 +91,7 @@ std::string_view with_few_high(std::string_view sample, size_t most_high) {
 std::vector<std::string> high_segments(std::string_view text) {
   std::vector<std::string> segments;
   size_t end = 0;  // of the segment under way
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (!is_high(text[i])) continue;
+  for (size_t i = skip_ascii(text, 0); i < text.size(); i = skip_ascii(text, i)) {
     size_t missing = kContext;
     const size_t begin = context_before(text, i, &missing);
     if (segments.empty() || begin >= end) {
@@ -93,7 +99,8 @@ std::vector<std::string> high_segments(std::string_view text) {
       segments.emplace_back(missing, '\n');
       end = begin;
     }
-    const size_t next = context_behind(text, i + 1);
+    while (i < text.size() && is_high(text[i])) ++i;
+    const size_t next = context_behind(text, i);
     segments.back() += text.substr(end, next - end);
     end = next;
   }

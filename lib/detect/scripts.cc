@@ -28,12 +28,27 @@ bool is_han(uint32_t value) {
   return (value >= 0x3400 && value <= 0x9FFF) || (value >= 0x20000 && value <= 0x2FFFF);
 }
 
-// The script of a letter; kAnyScript for what is none of these, and for Chinese characters.
-Script script_of(uint32_t value) {
+Script find_script(uint32_t value) {
   for (const Block& block : kBlocks) {
     if (value >= block.first && value <= block.last) return block.script;
   }
   return kAnyScript;
+}
+
+// Of the characters below; most text has no others but Chinese ones and Korean syllables.
+struct ScriptTable {
+  static constexpr uint32_t kSize = 0x3100;
+  uint8_t of[kSize];
+
+  ScriptTable() {
+    for (uint32_t v = 0; v < kSize; ++v) of[v] = static_cast<uint8_t>(find_script(v));
+  }
+};
+
+// The script of a letter; kAnyScript for what is none of these, and for Chinese characters.
+Script script_of(uint32_t value) {
+  static const ScriptTable table;
+  return value < ScriptTable::kSize ? static_cast<Script>(table.of[value]) : find_script(value);
 }
 
 struct Languages {
