@@ -102,6 +102,12 @@ uint32_t traits_of(const ByteRole& role) {
   if (role.foreign) traits |= kForeignTrait;
   if (role.value == kOpening) traits |= kOpeningTrait;
   if (role.value == kClosing || role.value == kLow) traits |= kClosingTrait;
+  const bool keeps_apart = role.kind == ByteRole::kSign || role.apart != kNowhere;
+  if (role.cost != 0 || keeps_apart || role.closes || role.priced != 0) traits |= kPlacedTrait;
+  if (role.outside_ascii) traits |= kOutsideTrait;
+  if (role.kind == ByteRole::kSmall) traits |= kSmallTrait;
+  if (role.kind == ByteRole::kCapital) traits |= kCapitalTrait;
+  if (role.kind == ByteRole::kDigit) traits |= kDigitTrait;
   return traits;
 }
 

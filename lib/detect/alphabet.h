@@ -43,6 +43,11 @@ enum ByteTraits : uint32_t {
   kForeignTrait = 1U << 29,  // a letter of another script than the Latin one
   kOpeningTrait = 1U << 28,  // a quotation mark that a closing one has to follow
   kClosingTrait = 1U << 27,
+  kPlacedTrait = 1U << 26,  // it has a cost, or one by what is around it
+  kOutsideTrait = 1U << 25,
+  kSmallTrait = 1U << 24,
+  kCapitalTrait = 1U << 23,
+  kDigitTrait = 1U << 22,
 };
 
 class Alphabet {

@@ -75,20 +75,18 @@ double Placement::sign_place_cost(std::string_view text, size_t at) const {
 
 // What letters cost that do not follow each other in words.
 double Placement::letters_cost(const Place& place) {
-  const ByteRole& before = *place.before;
-  const ByteRole& last = *place.last;
-  const ByteRole& now = *place.now;
-  if (!last.is_letter()) return 0;
+  constexpr uint32_t kLetters = kSmallTrait | kCapitalTrait;
+  const auto [before, last, now] = place;
+  if ((last & kLetters) == 0) return 0;
   // ASCII alone is the same in all readings.
-  if (!before.outside_ascii && !last.outside_ascii && !now.outside_ascii) return 0;
-  if (now.kind == ByteRole::kDigit) {
-    return last.outside_ascii && !before.is_letter() ? kLetterAtDigit : 0;
+  if (((before | last | now) & kOutsideTrait) == 0) return 0;
+  if ((now & kDigitTrait) != 0) {
+    return (last & kOutsideTrait) != 0 && (before & kLetters) == 0 ? kLetterAtDigit : 0;
   }
-  if (!now.is_letter()) return 0;
-  double cost = now.foreign != last.foreign ? kScriptsMixed : 0;
-  if (now.kind == ByteRole::kCapital && last.kind == ByteRole::kSmall) cost += kCapitalWithin;
-  if (now.kind == ByteRole::kSmall && last.kind == ByteRole::kCapital &&
-      before.kind == ByteRole::kCapital) {
+  if ((now & kLetters) == 0) return 0;
+  double cost = ((now ^ last) & kForeignTrait) != 0 ? kScriptsMixed : 0;
+  if ((now & kCapitalTrait) != 0 && (last & kSmallTrait) != 0) cost += kCapitalWithin;
+  if ((now & kSmallTrait) != 0 && (last & kCapitalTrait) != 0 && (before & kCapitalTrait) != 0) {
     cost += kSmallBehindCapitals;
   }
   return cost;
@@ -104,20 +102,31 @@ double Placement::apart_cost(std::string_view text, size_t at) const {
   return cost;
 }
 
+// What a sign costs beyond its own price where it stands.
+double Placement::sign_cost(std::string_view text, size_t at) const {
+  const ByteRole& role = role_at(text, at);
+  double cost = 0;
+  if (role.kind == ByteRole::kSign || role.apart != kNowhere) cost += apart_cost(text, at);
+  if (role.closes && is_blank_at(text, at - 1) && is_letter_at(text, at + 1)) {
+    cost += kClosingInFront;
+  }
+  if (role.priced != 0) cost += sign_place_cost(text, at);
+  return cost;
+}
+
 double Placement::cost(std::string_view text, size_t from, size_t to) const {
-  const ByteRole& line_end = (*alphabet_)['\n'];
-  Place place = {&line_end, from > 1 ? &role_at(text, from - 2) : &line_end,
-                 from > 0 ? &role_at(text, from - 1) : &line_end};
+  const uint32_t line_end = alphabet_->traits('\n');
+  Place place = {line_end, from > 1 ? traits_at(text, from - 2) : line_end,
+                 from > 0 ? traits_at(text, from - 1) : line_end};
   double cost = 0;
   for (size_t i = from; i < to; ++i) {
-    const ByteRole& role = role_at(text, i);
-    place = {place.last, place.now, &role};
-    cost += role.cost + letters_cost(place);
-    if (role.kind == ByteRole::kSign || role.apart != kNowhere) cost += apart_cost(text, i);
-    if (role.closes && is_blank_at(text, i - 1) && is_letter_at(text, i + 1)) {
-      cost += kClosingInFront;
+    place = {place.last, place.now, traits_at(text, i)};
+    const double letters = letters_cost(place);
+    if ((place.now & kPlacedTrait) == 0) {
+      cost += letters;
+    } else {
+      cost += role_at(text, i).cost + letters + sign_cost(text, i);
     }
-    if (role.priced != 0) cost += sign_place_cost(text, i);
   }
   return cost;
 }
@@ -127,7 +136,7 @@ bool Placement::has_lone_letters(const std::vector<std::string>& texts) const {
   for (const std::string& text : texts) {
     bool last = false;
     for (size_t i = 0; i < text.size(); ++i) {
-      const bool now = role_at(text, i).foreign;
+      const bool now = (traits_at(text, i) & kForeignTrait) != 0;
       if (last && now) return false;
       any = any || now;
       last = now;

@@ -39,19 +39,23 @@ class Placement {
   uint64_t letters() const { return letters_; }
 
  private:
-  // Three bytes that follow each other.
+  // The traits of three bytes that follow each other.
   struct Place {
-    const ByteRole* before;
-    const ByteRole* last;
-    const ByteRole* now;
+    uint32_t before;
+    uint32_t last;
+    uint32_t now;
   };
 
   static double letters_cost(const Place& place);
+  double sign_cost(std::string_view text, size_t at) const;
+  uint32_t traits_at(std::string_view text, size_t at) const {
+    return alphabet_->traits(static_cast<unsigned char>(text[at]));
+  }
   const ByteRole& role_at(std::string_view text, size_t at) const {
     return (*alphabet_)[static_cast<unsigned char>(text[at])];
   }
   bool is_letter_at(std::string_view text, size_t at) const {
-    return at < text.size() && role_at(text, at).is_letter();
+    return at < text.size() && (traits_at(text, at) & (kSmallTrait | kCapitalTrait)) != 0;
   }
   // What is not there counts as blank.
   bool is_blank_at(std::string_view text, size_t at) const {

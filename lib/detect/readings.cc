@@ -24,19 +24,24 @@ bool looks_unlike(const Evidence& evidence, int charset) {
 }
 
 // Numbers that stand for what bytes decode to: sums of them tell texts apart.
-uint64_t print_of(unsigned byte, uint16_t value) {
+uint32_t print_of(unsigned byte, uint16_t value) {
   uint64_t mixed = (uint64_t{value} << 8 | byte) + 0x9E3779B97F4A7C15U;
   mixed = (mixed ^ mixed >> 30) * 0xBF58476D1CE4E5B9U;
   mixed = (mixed ^ mixed >> 27) * 0x94D049BB133111EBU;
-  return mixed ^ mixed >> 31;
+  return static_cast<uint32_t>(mixed >> 32);
 }
 
-// By byte; of the single-byte charsets.
+// By byte; of the single-byte charsets. ASCII counts nothing.
 struct Prints {
-  uint64_t of[256] = {};
+  uint32_t of[256] = {};
+  bool keeps_ascii = true;
 
   explicit Prints(const uint16_t* table) {
-    for (unsigned b = 0; table != nullptr && b < 256; ++b) of[b] = print_of(b, table[b]);
+    for (unsigned b = 0; table != nullptr && b < 256; ++b) {
+      if (b < 0x80 && table[b] == b) continue;
+      of[b] = print_of(b, table[b]);
+      keeps_ascii = keeps_ascii && b >= 0x80;
+    }
   }
 };
 
@@ -56,12 +61,15 @@ class Present {
     for (unsigned b = 0; b < 256; ++b) {
       const auto byte = static_cast<unsigned char>(b);
       if (evidence.holds(byte)) bytes_[size_++] = byte;
+      if (b < 0x80) first_high_ = size_;
     }
   }
 
-  uint64_t print(const Prints& prints) const {
-    uint64_t sum = 0;
-    for (size_t i = 0; i < size_; ++i) sum += prints.of[bytes_[i]];
+  uint32_t print(const Prints& prints) const {
+    uint32_t sum = 0;
+    for (size_t i = prints.keeps_ascii ? first_high_ : 0; i < size_; ++i) {
+      sum += prints.of[bytes_[i]];
+    }
     return sum;
   }
   bool same(const uint16_t* a, const uint16_t* b) const {
@@ -71,6 +79,7 @@ class Present {
  private:
   unsigned char bytes_[256];
   size_t size_ = 0;
+  size_t first_high_ = 0;
 };
 
 // Puts the likelier one first, and among those alike the one that came first.
@@ -98,7 +107,7 @@ void add_part(int charset, Pool<Reading>* readings) {
 
 void add_single_byte(int charset, const uint16_t* table, const Present& present,
                      Pool<Reading>* readings) {
-  const uint64_t print = present.print(prints_of(charset));
+  const uint32_t print = present.print(prints_of(charset));
   Reading* at = std::find_if(readings->begin(), readings->end(), [&](const Reading& reading) {
     return reading.print == print && reading.table != nullptr && present.same(reading.table, table);
   });

@@ -19,7 +19,7 @@ inline constexpr double kNoCost = std::numeric_limits<double>::infinity();
 struct Reading {
   std::vector<int> charsets;        // the likeliest first
   const uint16_t* table = nullptr;  // decode table of a single-byte one
-  uint64_t print = 0;               // of what that makes of the document's bytes
+  uint32_t print = 0;               // of what that makes of the document's bytes
   std::vector<double> costs;        // by language; kNoCost where no model could tell
   double prior = 0;                 // nats, before a byte is read
   // What it can be in. Not owned.

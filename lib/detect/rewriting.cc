@@ -63,6 +63,7 @@ Rewriting::Rewriting(const Alphabet& from, const HomeAlphabet& home) : alphabet_
       letters_[b] = put_letter(role.letter, home, &form) ? kThere : kMissing;
     }
     form.quotes = role.quotes;
+    if (form.length == 1 && !role.quotes && form.bytes[0] != ' ') single_[b] = form.bytes[0];
   }
 }
 
@@ -91,7 +92,13 @@ char* Rewriting::write(std::string_view text, size_t from, size_t to, const char
     return i < text.size() && alphabet_[static_cast<unsigned char>(text[i])].is_letter();
   };
   for (size_t i = from; i < to; ++i) {
-    const Form& form = forms_[static_cast<unsigned char>(text[i])];
+    const auto byte = static_cast<unsigned char>(text[i]);
+    *end = single_[byte];
+    if (*end != 0) {
+      ++end;
+      continue;
+    }
+    const Form& form = forms_[byte];
     // A quotation mark is an apostrophe within a word only.
     const bool quotes = form.quotes && !(i > 0 && is_letter_at(i - 1) && is_letter_at(i + 1));
     const bool blank = quotes || (form.length == 1 && form.bytes[0] == ' ');

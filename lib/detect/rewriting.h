@@ -66,6 +66,7 @@ class Rewriting {
 
   const Alphabet& alphabet_;
   enum LetterKind : uint8_t { kNoLetter, kThere, kMissing };
+  char single_[256] = {};  // the form of a byte that becomes one wherever it stands; 0: see forms_
   Form forms_[256];
   LetterKind letters_[256] = {};
 };
