@@ -236,8 +236,8 @@ Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* gr
   double least = kNoCost;
   double next = kNoCost;
   for (size_t l = 0; l < reading.costs.size(); ++l) {
-    if (!task.restrictions.allows_language(l)) continue;
     double cost = reading.costs[l];
+    if (cost == kNoCost || !task.restrictions.allows_language(l)) continue;
     best.cost = std::min(best.cost, cost);
     if (reading.language_extra != nullptr) cost += (*reading.language_extra)[l];
     cost += scale * priors_.language(l);

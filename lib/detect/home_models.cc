@@ -83,16 +83,14 @@ void HomeModels::finish() {
 
 void HomeModels::find_rows(const unsigned char* bytes, size_t count,
                            const uint16_t** rows) const {
-  int known[kTrigramsAtOnce];
-  index_.find_all(bytes, count, known);
-  for (size_t i = 0; i < count; ++i) {
-    const unsigned char* const trigram = bytes + i;
-    size_t row = trigram[2];
-    // What is not scored costs what a byte costs that is not.
-    const bool high = (trigram[0] | trigram[1] | trigram[2]) >= 0x80;
-    if (kind_ == kAsciiOnly && high) row = kUnscored;
-    if (known[i] != TrigramIndex::kNone) row = kNbBytes + static_cast<size_t>(known[i]);
+  index_.find_all(bytes, count, [&](size_t i, int known) {
+    const size_t row = known == TrigramIndex::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
     rows[i] = rows_.data() + row * width_;
+  });
+  if (kind_ == kAnyBytes) return;
+  // What is not scored costs what a byte costs that is not.
+  for (size_t i = 0; i < count; ++i) {
+    if ((bytes[i] | bytes[i + 1] | bytes[i + 2]) >= 0x80) rows[i] = rows_.data() + kUnscored * width_;
   }
 }
 

@@ -48,14 +48,12 @@ void ListedModels::finish() {
 }
 
 void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entries* found) const {
-  int known[kTrigramsAtOnce];
-  index_.find_all(bytes, count, known);
-  for (size_t i = 0; i < count; ++i) {
-    const bool any = known[i] != TrigramIndex::kNone;
-    const uint32_t* const first = firsts_.data() + (any ? known[i] : 0);
+  index_.find_all(bytes, count, [&](size_t i, int known) {
+    const bool any = known != TrigramIndex::kNone;
+    const uint32_t* const first = firsts_.data() + (any ? known : 0);
     found[i].begin = entries_.data() + first[0];
     found[i].end = entries_.data() + first[any ? 1 : 0];
-  }
+  });
 }
 
 ListedSums::ListedSums(const ListedModels& models)

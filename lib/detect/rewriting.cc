@@ -74,14 +74,14 @@ uint64_t Rewriting::missing(const ByteCounts& counts) const {
 }
 
 // The most frequent bytes tell, as a rule.
-bool Rewriting::lacks_more(const ByteCounts& counts, double most, uint64_t letters) const {
+bool Rewriting::lacks_more(const ByteCounts& counts, uint64_t most, uint64_t letters) const {
   uint64_t missing = 0;
   for (const int b : counts.present) {
     if (letters_[b] == kNoLetter) continue;
     letters -= counts.of[b];
     if (letters_[b] == kMissing) missing += counts.of[b];
-    if (static_cast<double>(missing) > most) return true;
-    if (static_cast<double>(missing + letters) <= most) return false;
+    if (missing > most) return true;
+    if (missing + letters <= most) return false;
   }
   return false;
 }

@@ -50,7 +50,7 @@ class Rewriting {
   // How many letters of a text with these bytes the home lacks.
   uint64_t missing(const ByteCounts& counts) const;
   // Whether they are more than `most`. REQUIRES: the text has so many `letters`.
-  bool lacks_more(const ByteCounts& counts, double most, uint64_t letters) const;
+  bool lacks_more(const ByteCounts& counts, uint64_t most, uint64_t letters) const;
 
  private:
   struct Form {

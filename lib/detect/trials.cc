@@ -39,7 +39,8 @@ uint64_t print_of(std::string_view text) {
 bool lacks_letters(const Rewriting& rewriting, const ByteCounts& counts,
                    const Placement& placement) {
   const uint64_t letters = placement.letters();
-  return rewriting.lacks_more(counts, kMostMissing * static_cast<double>(letters), letters);
+  const double most = kMostMissing * static_cast<double>(letters);
+  return rewriting.lacks_more(counts, static_cast<uint64_t>(most), letters);
 }
 
 TrialText::TrialText(std::vector<std::string> texts)

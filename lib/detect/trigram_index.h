@@ -24,6 +24,16 @@ constexpr uint32_t trigram_of(unsigned char a, unsigned char b, unsigned char c)
   return static_cast<uint32_t>(a) << 16 | static_cast<uint32_t>(b) << 8 | c;
 }
 
+// How many bits are set in each byte.
+struct BitCounts {
+  uint8_t of[256] = {};
+
+  constexpr BitCounts() {
+    for (size_t b = 1; b < 256; ++b) of[b] = static_cast<uint8_t>(of[b / 2] + b % 2);
+  }
+};
+inline constexpr BitCounts kBitCounts;
+
 class TrigramIndex {
  public:
   static constexpr int kNone = -1;
@@ -35,27 +45,41 @@ class TrigramIndex {
   int find(unsigned char a, unsigned char b, unsigned char c) const {
     const unsigned char bytes[] = {a, b, c};
     int number = kNone;
-    find_all(bytes, 1, &number);
+    find_all(bytes, 1, [&number](size_t, int found) { number = found; });
     return number;
   }
-  // Likewise of `count` trigrams, those that begin at bytes[0], bytes[1] and so on.
+
+  // Calls visit(i, number) for `count` trigrams that begin at bytes[0], bytes[1] and so on, in steps
+  // without branches, so that the look-ups of each step do not wait for each other.
   // REQUIRES: count <= kTrigramsAtOnce.
-  void find_all(const unsigned char* bytes, size_t count, int* numbers) const;
+  template <typename Visit>
+  void find_all(const unsigned char* bytes, size_t count, Visit visit) const {
+    size_t places[kTrigramsAtOnce + 2];
+    uint32_t followers[kTrigramsAtOnce];
+    for (size_t i = 0; i < count + 2; ++i) places[i] = place_[bytes[i]];
+    for (size_t i = 0; i < count; ++i) {
+      const size_t pair = pairs_[places[i] * nb_places_ + places[i + 1]];
+      followers[i] = followers_[pair * nb_groups_ + places[i + 2] / kGroup];
+    }
+    for (size_t i = 0; i < count; ++i) {
+      const unsigned place = places[i + 2] % kGroup;
+      const uint32_t below = followers[i] & ((1U << place) - 1);
+      const int number = static_cast<int>(followers[i] >> kGroup) + kBitCounts.of[below];
+      const int known = static_cast<int>(followers[i] >> place & 1U);
+      visit(i, number | (known - 1));
+    }
+  }
 
  private:
-  static constexpr size_t kBits = 32;
-
-  // Which of so many bytes may follow a pair, and the number of the first one's trigram.
-  struct Followers {
-    uint32_t bits = 0;
-    int32_t first = 0;
-  };
+  static constexpr size_t kGroup = 8;
 
   uint16_t place_[256] = {};  // of a byte among those that occur; 0: it does not
   size_t nb_places_ = 1;
-  size_t nb_words_ = 1;
+  size_t nb_groups_ = 1;         // of bytes whose places follow each other
   std::vector<uint16_t> pairs_;  // by the places of two bytes; 0: no trigram begins so
-  std::vector<Followers> followers_;
+  // By pair and group: a bit for each byte that may follow, and above them the number of the first
+  // one's trigram.
+  std::vector<uint32_t> followers_;
 };
 
 }  // namespace orva

@@ -8,6 +8,7 @@
 #ifndef ORVA_LIB_DETECT_TRIGRAM_WALK_H_
 #define ORVA_LIB_DETECT_TRIGRAM_WALK_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -46,22 +47,28 @@ inline void walk_trigrams(std::string_view text, size_t from, const Folding& fol
   size_t size = 0;
   int run = 0;
   int last = -1;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto raw = static_cast<unsigned char>(text[i]);
+  const auto take = [&](char c) {
+    const auto raw = static_cast<unsigned char>(c);
     run = raw == last ? run + 1 : 1;
     last = raw;
-    if (run > longest) continue;
     const uint16_t to = folding[raw];
-    if (to == Folding::kLeftOut) continue;
-    if (size == 2 && i < from) {
-      folded[0] = folded[1];
-      size = 1;
-    } else if (size == std::size(folded)) {
-      visit(folded, kTrigramsAtOnce);
-      memcpy(folded, folded + kTrigramsAtOnce, 2);
-      size = 2;
-    }
-    folded[size++] = static_cast<unsigned char>(to);
+    folded[size] = static_cast<unsigned char>(to);
+    size += run <= longest && to != Folding::kLeftOut ? 1 : 0;
+  };
+  size_t i = 0;
+  for (; i < std::min(from, text.size()); ++i) {
+    take(text[i]);
+    if (size <= 2) continue;
+    memmove(folded, folded + 1, 2);
+    size = 2;
+  }
+  while (i < text.size()) {
+    const size_t until = std::min(text.size(), i + std::size(folded) - size);
+    while (i < until) take(text[i++]);
+    if (size < std::size(folded)) continue;
+    visit(folded, kTrigramsAtOnce);
+    memcpy(folded, folded + kTrigramsAtOnce, 2);
+    size = 2;
   }
   if (size > 2) visit(folded, size - 2);
 }
