@@ -8,7 +8,7 @@ namespace orva {
 
 namespace {
 
-constexpr size_t kRowStep = 8;  // a row fills whole vectors of 16 bytes
+constexpr size_t kRowStep = 8;      // a row fills whole vectors of 16 bytes
 constexpr size_t kUnscored = 0x80;  // a byte that costs nothing where ASCII alone is scored
 constexpr double kMostUnits = 65535;
 constexpr int kMostQuantised = 255;
@@ -81,16 +81,17 @@ void HomeModels::finish() {
   units_ = {};
 }
 
-void HomeModels::find_rows(const unsigned char* bytes, size_t count,
-                           const uint16_t** rows) const {
+void HomeModels::find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows) const {
   index_.find_all(bytes, count, [&](size_t i, int known) {
-    const size_t row = known == TrigramIndex::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
+    const size_t row =
+        known == TrigramIndex::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
     rows[i] = rows_.data() + row * width_;
   });
   if (kind_ == kAnyBytes) return;
   // What is not scored costs what a byte costs that is not.
   for (size_t i = 0; i < count; ++i) {
-    if ((bytes[i] | bytes[i + 1] | bytes[i + 2]) >= 0x80) rows[i] = rows_.data() + kUnscored * width_;
+    if ((bytes[i] | bytes[i + 1] | bytes[i + 2]) >= 0x80)
+      rows[i] = rows_.data() + kUnscored * width_;
   }
 }
 

@@ -5,12 +5,21 @@
 
 namespace orva {
 
+namespace {
+
+// What is known to fewer models has no row.
+constexpr uint32_t kFewestForRow = 12;
+
+}  // namespace
+
 ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
     : tables_(tables),
       models_(std::move(models)),
+      width_((models_.size() + kRowStep - 1) / kRowStep * kRowStep),
       folding_(tables.switches()),
       columns_(static_cast<size_t>(tables.nb_indices())),
-      unigrams_(kNbBytes * models_.size(), 0) {
+      unigrams_(kNbBytes * models_.size(), 0),
+      row_unigrams_(kNbBytes * width_, 0) {
   std::vector<int> column_of(static_cast<size_t>(tables.nb_models()), -1);
   for (size_t i = 0; i < models_.size(); ++i) {
     column_of[static_cast<size_t>(models_[i])] = static_cast<int>(i);
@@ -24,6 +33,7 @@ ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
       if (column < 0) return;
       unigrams_[b * models_.size() + static_cast<size_t>(column)] +=
           static_cast<uint64_t>(entry.q) + kOne;
+      row_unigrams_[b * width_ + static_cast<size_t>(column)] = static_cast<uint8_t>(entry.q);
     });
   }
 }
@@ -32,33 +42,74 @@ void ListedModels::set(uint32_t trigram, int index, int q) {
   for (const uint8_t column : columns_[static_cast<size_t>(index)]) {
     if (trigrams_.empty() || trigrams_.back() != trigram) {
       trigrams_.push_back(trigram);
-      firsts_.push_back(static_cast<uint32_t>(entries_.size()));
+      places_.push_back({static_cast<uint32_t>(entries_.size()), 0});
     }
+    ++places_.back().count;
     entries_.push_back({column, static_cast<uint8_t>(q)});
   }
 }
 
+// Whether many models know a trigram, each once, and its last byte too, by one cost.
+bool ListedModels::suits_row(const Place& place, unsigned char last) const {
+  if (place.count < kFewestForRow) return false;
+  std::vector<bool> seen(models_.size(), false);
+  for (uint32_t i = 0; i < place.count; ++i) {
+    const uint8_t column = entries_[place.first + i].column;
+    if (seen[column] || unigrams(last)[column] >> 32 != 1) return false;
+    seen[column] = true;
+  }
+  return true;
+}
+
+void ListedModels::make_row(Place* place) {
+  const size_t from = rows_.size();
+  rows_.resize(from + 2 * width_, 0);
+  for (uint32_t i = 0; i < place->count; ++i) {
+    const Entry& entry = entries_[place->first + i];
+    rows_[from + entry.column] = entry.q;
+    rows_[from + width_ + entry.column] = kKnown;
+  }
+  *place = {static_cast<uint32_t>(from / (2 * width_)), kRow};
+}
+
 void ListedModels::finish() {
   index_ = TrigramIndex(trigrams_);
-  firsts_.push_back(static_cast<uint32_t>(entries_.size()));
-  firsts_.shrink_to_fit();
-  entries_.shrink_to_fit();
+  std::vector<Entry> listed;
+  for (size_t i = 0; i < places_.size(); ++i) {
+    Place& place = places_[i];
+    if (suits_row(place, static_cast<unsigned char>(trigrams_[i]))) {
+      make_row(&place);
+      continue;
+    }
+    const auto begin = entries_.begin() + place.first;
+    place.first = static_cast<uint32_t>(listed.size());
+    listed.insert(listed.end(), begin, begin + place.count);
+  }
+  listed.shrink_to_fit();
+  rows_.shrink_to_fit();
+  places_.shrink_to_fit();
+  entries_ = std::move(listed);
   trigrams_ = {};
   columns_ = {};
 }
 
 void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entries* found) const {
   index_.find_all(bytes, count, [&](size_t i, int known) {
-    const bool any = known != TrigramIndex::kNone;
-    const uint32_t* const first = firsts_.data() + (any ? known : 0);
-    found[i].begin = entries_.data() + first[0];
-    found[i].end = entries_.data() + first[any ? 1 : 0];
+    found[i] = {};
+    if (known == TrigramIndex::kNone) return;
+    const Place& place = places_[static_cast<size_t>(known)];
+    if (place.count == kRow) {
+      found[i].row = rows_.data() + size_t{place.first} * 2 * width_;
+    } else {
+      found[i].begin = entries_.data() + place.first;
+      found[i].end = found[i].begin + place.count;
+    }
   });
 }
 
 ListedSums::ListedSums(const ListedModels& models)
     : models_(models),
-      known_(models.nb_models()),
+      known_(models.width()),
       unigrams_(models.nb_models(), 0),
       totals_(models.nb_models(), 0) {}
 
@@ -73,9 +124,15 @@ void ListedSums::add(std::string_view text) {
   walk_trigrams(text, 0, models_.folding(), [this](const unsigned char* bytes, size_t count) {
     ListedModels::Entries found[kTrigramsAtOnce];
     models_.find_entries(bytes, count, found);
+    const uint8_t* rows[kTrigramsAtOnce];
+    unsigned char lasts[kTrigramsAtOnce];
+    size_t nb_rows = 0;
     for (size_t i = 0; i < count; ++i) {
       const unsigned char last = bytes[i + 2];
       ++counts_[last];
+      rows[nb_rows] = found[i].row;
+      lasts[nb_rows] = last;
+      nb_rows += found[i].row != nullptr ? 1 : 0;
       const uint64_t* const unigrams = models_.unigrams(last);
       for (const auto* entry = found[i].begin; entry != found[i].end; ++entry) {
         Known& known = known_[entry->column];
@@ -83,7 +140,36 @@ void ListedSums::add(std::string_view text) {
         known.unigrams += unigrams[entry->column];
       }
     }
+    add_rows(rows, lasts, nb_rows);
   });
+}
+
+void ListedSums::add_rows(const uint8_t* const* rows, const unsigned char* lasts, size_t count) {
+  constexpr size_t kStep = ListedModels::kRowStep;
+  const size_t width = models_.width();
+  for (size_t k = 0; k < width && count != 0; k += kStep) {
+    // So few rows do not overflow. Loops of fixed length become vector operations.
+    uint16_t costs[kStep] = {};
+    uint16_t unigrams[kStep] = {};
+    uint8_t known[kStep] = {};
+    for (size_t r = 0; r < count; ++r) {
+      const uint8_t* const row = rows[r] + k;
+      const uint8_t* const marks = row + width;
+      const uint8_t* const by_byte = models_.row_unigrams(lasts[r]) + k;
+      for (size_t j = 0; j < kStep; ++j) {
+        costs[j] = static_cast<uint16_t>(costs[j] + row[j]);
+      }
+      for (size_t j = 0; j < kStep; ++j) {
+        unigrams[j] = static_cast<uint16_t>(unigrams[j] + (marks[j] & by_byte[j]));
+      }
+      for (size_t j = 0; j < kStep; ++j) known[j] = static_cast<uint8_t>(known[j] - marks[j]);
+    }
+    for (size_t j = 0; j < kStep; ++j) {
+      const uint64_t times = known[j] * ListedModels::kOne;
+      known_[k + j].trigrams += costs[j] + times;
+      known_[k + j].unigrams += unigrams[j] + times;
+    }
+  }
 }
 
 void ListedSums::add_unigrams() {

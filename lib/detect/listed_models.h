@@ -9,7 +9,8 @@
 //   double nats = sums.totals()[1];   // under model 7
 //
 // Of many models few know a trigram, as a rule: what they do not know is counted by bytes alone,
-// and taken back for those that do. Sums are exact.
+// and taken back for those that do. The common trigrams, which many know, have rows instead, of
+// costs and of bytes that mark who knows them. Sums are exact.
 //
 // Life cycle: constructor, set for what the models know, trigram by trigram, finish; then constant.
 // Threads:    any number may read; ListedSums are used by one at a time.
@@ -33,11 +34,16 @@ class ListedModels {
     uint8_t column;
     uint8_t q;
   };
-  // Those that know one.
+  // Those that know one: a list, or a row.
   struct Entries {
     const Entry* begin;
     const Entry* end;
+    const uint8_t* row;  // null: the list; else width() costs, 0 where unknown, and width() marks
   };
+  // A mark of a row; 0 where the trigram is unknown.
+  static constexpr uint8_t kKnown = 0xFF;
+  // Columns of a row that are added up together.
+  static constexpr size_t kRowStep = 16;
   // Two numbers added up at once, neither of which grows beyond 32 bits: quantised costs, and how
   // many there are.
   static constexpr uint64_t kOne = uint64_t{1} << 32;
@@ -62,16 +68,35 @@ class ListedModels {
   const uint64_t* unigrams(unsigned char byte) const {
     return unigrams_.data() + byte * models_.size();
   }
+  // The quantised costs alone, width() of them, for the columns that rows mark.
+  const uint8_t* row_unigrams(unsigned char byte) const {
+    return row_unigrams_.data() + byte * width_;
+  }
+  size_t width() const { return width_; }
 
  private:
+  static constexpr uint32_t kRow = ~0U;
+
+  // Of a trigram: its entries, or the number of its row if the count is kRow.
+  struct Place {
+    uint32_t first;
+    uint32_t count;
+  };
+
+  bool suits_row(const Place& place, unsigned char last) const;
+  void make_row(Place* place);
+
   const ModelTables& tables_;
   std::vector<int> models_;
+  size_t width_;
   Folding folding_;
   std::vector<std::vector<uint8_t>> columns_;  // by accumulator; empty when finished
   std::vector<uint32_t> trigrams_;             // likewise
-  std::vector<uint32_t> firsts_;               // of the entries of each trigram
+  std::vector<Place> places_;                  // by trigram
   std::vector<Entry> entries_;
+  std::vector<uint8_t> rows_;
   std::vector<uint64_t> unigrams_;
+  std::vector<uint8_t> row_unigrams_;
   TrigramIndex index_;
 };
 
@@ -94,11 +119,13 @@ class ListedSums {
     uint64_t unigrams = 0;
   };
 
+  // Rows of trigrams, and the last bytes of these. REQUIRES: count <= kTrigramsAtOnce.
+  void add_rows(const uint8_t* const* rows, const unsigned char* lasts, size_t count);
   void add_unigrams();
   double total(size_t column) const;
 
   const ListedModels& models_;
-  std::vector<Known> known_;
+  std::vector<Known> known_;        // by column of a row
   std::vector<uint64_t> unigrams_;  // of all bytes that were scored
   uint32_t counts_[256] = {};       // of those not in unigrams_ yet
   uint64_t scored_ = 0;

@@ -157,12 +157,11 @@ void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
   char* const begin = written_.data();
   for (InHome& in : trial->homes) {
     if (!in.alive) continue;
-    char* const middle =
-        in.rewriting->write(segment, piece.context, piece.from, begin, begin);
+    char* const middle = in.rewriting->write(segment, piece.context, piece.from, begin, begin);
     const char* const end = in.rewriting->write(segment, piece.from, piece.to, begin, middle);
     const std::string_view written(begin, static_cast<size_t>(end - begin));
-    in.sums.add(answer(in.home->models, written, static_cast<size_t>(middle - begin),
-                       &answers_[in.index]));
+    in.sums.add(
+        answer(in.home->models, written, static_cast<size_t>(middle - begin), &answers_[in.index]));
     in.length += piece.to - piece.from;
   }
 }

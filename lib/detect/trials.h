@@ -80,8 +80,8 @@ class Trials {
   double margin_ = 60;
   Pool<Trial> trials_;
   std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
-  std::vector<Pool<Answer>> answers_;  // about the piece that is asked about, by home
-  std::string written_;                // of it, in a home
+  std::vector<Pool<Answer>> answers_;             // about the piece that is asked about, by home
+  std::string written_;                           // of it, in a home
 };
 
 }  // namespace orva

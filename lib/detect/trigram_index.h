@@ -49,9 +49,9 @@ class TrigramIndex {
     return number;
   }
 
-  // Calls visit(i, number) for `count` trigrams that begin at bytes[0], bytes[1] and so on, in steps
-  // without branches, so that the look-ups of each step do not wait for each other.
-  // REQUIRES: count <= kTrigramsAtOnce.
+  // Calls visit(i, number) for `count` trigrams that begin at bytes[0], bytes[1] and so on, in
+  // steps without branches, so that the look-ups of each step do not wait for each other. REQUIRES:
+  // count <= kTrigramsAtOnce.
   template <typename Visit>
   void find_all(const unsigned char* bytes, size_t count, Visit visit) const {
     size_t places[kTrigramsAtOnce + 2];

@@ -13,7 +13,8 @@ bool is_blank(unsigned byte) { return byte == ' ' || byte == '\t' || byte == '\n
 
 }  // namespace
 
-Folding::Folding(const CmgModels& switches) : longest_run_(switches.rm_tridups != 0 ? kLongestRun : kMostRun) {
+Folding::Folding(const CmgModels& switches)
+    : longest_run_(switches.rm_tridups != 0 ? kLongestRun : kMostRun) {
   for (unsigned b = 0; b < 256; ++b) {
     const bool folded = switches.rm_caps != 0 && b >= 'A' && b <= 'Z';
     to_[b] = static_cast<uint16_t>(folded ? b + 32 : b);

@@ -40,8 +40,7 @@ inline constexpr size_t kTrigramsAtOnce = 64;
 // Calls visit(bytes, count), some times, for `count` trigrams that begin at bytes[0], bytes[1] and
 // so on: those of `text` whose last byte stands at `from` or behind it.
 template <typename Visit>
-inline void walk_trigrams(std::string_view text, size_t from, const Folding& folding,
-                          Visit visit) {
+inline void walk_trigrams(std::string_view text, size_t from, const Folding& folding, Visit visit) {
   const int longest = folding.longest_run();
   unsigned char folded[kTrigramsAtOnce + 2];
   size_t size = 0;
