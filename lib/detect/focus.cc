@@ -6,7 +6,7 @@ namespace orva {
 
 namespace {
 
-constexpr int8_t kLongestRun = 3;
+constexpr int kLongestRun = 3;
 constexpr size_t kContext = 2;
 
 bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
@@ -15,17 +15,14 @@ bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; 
 
 // What becomes of each byte.
 struct Normal {
-  struct Byte {
-    char as;
-    int8_t longest_run;
-    bool blank;
-  };
-  Byte bytes[256];
+  char as[256];
+  bool blank[256];
 
   Normal() {
     for (int b = 0; b < 256; ++b) {
       const auto c = static_cast<char>(b);
-      bytes[b] = {is_digit(c) ? '0' : c, is_digit(c) ? int8_t{1} : kLongestRun, is_blank(c)};
+      as[b] = is_digit(c) ? '0' : c;
+      blank[b] = is_blank(c);
     }
   }
 };
@@ -61,13 +58,19 @@ std::string normalised(std::string_view text) {
   bool behind_blank = false;
   // Every byte is written, and kept or written over by the next one.
   for (const char raw : text) {
-    const Normal::Byte now = normal.bytes[static_cast<unsigned char>(raw)];
-    run = now.as == last ? run + 1 : 1;
-    last = now.as;
-    const bool kept = run <= now.longest_run && !(now.blank && behind_blank);
-    *to = now.as;
-    to += kept ? 1 : 0;
-    behind_blank = kept ? now.blank : behind_blank;
+    const auto b = static_cast<unsigned char>(raw);
+    const char as = normal.as[b];
+    const bool blank = normal.blank[b];
+    *to = as;
+    // Neighbours are seldom the same.
+    if (as != last) {
+      run = 1;
+      last = as;
+    } else if (++run > (is_digit(as) ? 1 : kLongestRun)) {
+      continue;
+    }
+    to += blank && behind_blank ? 0 : 1;
+    behind_blank = blank;
   }
   out.resize(static_cast<size_t>(to - begin));
   return out;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "lib/detect/byte_blocks.h"
+
 namespace orva {
 
 namespace {
@@ -87,7 +89,8 @@ void HomeModels::find_rows(const unsigned char* bytes, size_t count, const uint1
         known == TrigramIndex::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
     rows[i] = rows_.data() + row * width_;
   });
-  if (kind_ == kAnyBytes) return;
+  const std::string_view all(reinterpret_cast<const char*>(bytes), count + 2);
+  if (kind_ == kAnyBytes || skip_ascii(all, 0) == all.size()) return;
   // What is not scored costs what a byte costs that is not.
   for (size_t i = 0; i < count; ++i) {
     if ((bytes[i] | bytes[i + 1] | bytes[i + 2]) >= 0x80)

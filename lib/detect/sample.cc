@@ -1,6 +1,7 @@
 #include "lib/detect/sample.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "lib/detect/byte_blocks.h"
 
@@ -11,7 +12,16 @@ namespace {
 // A "<" whose ">" is farther away is a sign of its own.
 constexpr size_t kLongestTag = 2048;
 
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+enum ByteKind : uint8_t { kOther = 0, kBlank = 1, kTagSign = 2 };
+
+struct TextKinds {
+  ByteKind of[256] = {};
+
+  TextKinds() {
+    for (const unsigned char blank : {' ', '\t', '\n', '\r'}) of[blank] = kBlank;
+    of[static_cast<unsigned char>('<')] = kTagSign;
+  }
+};
 
 // How many bytes of whole lines without a byte above 0x7F `bytes` begins with, not looking far.
 size_t ascii_lines(std::string_view bytes) {
@@ -86,12 +96,14 @@ std::string_view Sample::text() {
 }
 
 std::string without_markup(std::string_view text) {
+  static const TextKinds kinds;
   std::string out(text.size(), '\0');
   char* const begin = out.data();
   char* to = begin;
-  bool behind_blank = false;
+  unsigned behind_blank = 0;
   for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '<' && begins_tag(text, i)) {
+    const unsigned kind = kinds.of[static_cast<unsigned char>(text[i])];
+    if (kind == kTagSign && begins_tag(text, i)) {
       const size_t end = text.substr(i, kLongestTag).find('>');
       if (end != std::string_view::npos) {
         i += end;
@@ -99,10 +111,9 @@ std::string without_markup(std::string_view text) {
       }
     }
     // Every byte is written, and kept or written over by the next one.
-    const bool blank = is_blank(text[i]);
     *to = text[i];
-    to += blank && behind_blank ? 0 : 1;
-    behind_blank = blank;
+    to += 1 - (kind & behind_blank);
+    behind_blank = kind & kBlank;
   }
   out.resize(static_cast<size_t>(to - begin));
   return out;

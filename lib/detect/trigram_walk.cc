@@ -1,20 +1,14 @@
 #include "lib/detect/trigram_walk.h"
 
-#include <limits>
-
 namespace orva {
 
 namespace {
-
-constexpr int kLongestRun = 3;
-constexpr int kMostRun = std::numeric_limits<int>::max();
 
 bool is_blank(unsigned byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
 
 }  // namespace
 
-Folding::Folding(const CmgModels& switches)
-    : longest_run_(switches.rm_tridups != 0 ? kLongestRun : kMostRun) {
+Folding::Folding(const CmgModels& switches) : cuts_runs_(switches.rm_tridups != 0) {
   for (unsigned b = 0; b < 256; ++b) {
     const bool folded = switches.rm_caps != 0 && b >= 'A' && b <= 'Z';
     to_[b] = static_cast<uint16_t>(folded ? b + 32 : b);

@@ -26,12 +26,18 @@ class Folding {
   explicit Folding(const CmgModels& switches);
 
   uint16_t operator[](unsigned char byte) const { return to_[byte]; }
-  // Of a run of equal bytes so many are kept.
-  int longest_run() const { return longest_run_; }
+  // Whether text[i] is one too many of a run of equal bytes.
+  bool cuts(std::string_view text, size_t i) const {
+    if (!cuts_runs_ || i < kLongestRun) return false;
+    const char last = text[i];
+    return text[i - 1] == last && text[i - 2] == last && text[i - 3] == last;
+  }
 
  private:
+  static constexpr size_t kLongestRun = 3;
+
   uint16_t to_[256];
-  int longest_run_;
+  bool cuts_runs_;
 };
 
 // So many trigrams are looked up together, so that they wait for the memory together.
@@ -41,29 +47,24 @@ inline constexpr size_t kTrigramsAtOnce = 64;
 // so on: those of `text` whose last byte stands at `from` or behind it.
 template <typename Visit>
 inline void walk_trigrams(std::string_view text, size_t from, const Folding& folding, Visit visit) {
-  const int longest = folding.longest_run();
   unsigned char folded[kTrigramsAtOnce + 2];
   size_t size = 0;
-  int run = 0;
-  int last = -1;
-  const auto take = [&](char c) {
-    const auto raw = static_cast<unsigned char>(c);
-    run = raw == last ? run + 1 : 1;
-    last = raw;
-    const uint16_t to = folding[raw];
+  const auto take = [&](size_t i) {
+    if (i > 0 && text[i] == text[i - 1] && folding.cuts(text, i)) return;
+    const uint16_t to = folding[static_cast<unsigned char>(text[i])];
     folded[size] = static_cast<unsigned char>(to);
-    size += run <= longest && to != Folding::kLeftOut ? 1 : 0;
+    size += to < Folding::kLeftOut ? 1 : 0;
   };
   size_t i = 0;
   for (; i < std::min(from, text.size()); ++i) {
-    take(text[i]);
+    take(i);
     if (size <= 2) continue;
     memmove(folded, folded + 1, 2);
     size = 2;
   }
   while (i < text.size()) {
     const size_t until = std::min(text.size(), i + std::size(folded) - size);
-    while (i < until) take(text[i++]);
+    for (; i < until; ++i) take(i);
     if (size < std::size(folded)) continue;
     visit(folded, kTrigramsAtOnce);
     memcpy(folded, folded + kTrigramsAtOnce, 2);
