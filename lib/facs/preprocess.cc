@@ -1,11 +1,15 @@
 #include "lib/facs/preprocess.h"
 
-#include <emmintrin.h>
+#include <tmmintrin.h>
+
+#include <cstring>
+#include <initializer_list>
 
 namespace orva {
 namespace {
 
 constexpr int kBlock = 16;
+constexpr int kHalf = kBlock / 2;
 constexpr unsigned kBlockMask = 0xFFFF;
 
 // Which bytes of `v` lie in [low, high], both below 128.
@@ -20,90 +24,147 @@ __m128i equals(__m128i v, char c) { return _mm_cmpeq_epi8(v, _mm_set1_epi8(c)); 
 
 unsigned mask_of(__m128i v) { return static_cast<unsigned>(_mm_movemask_epi8(v)); }
 
-// One pass over a buffer. Blocks of 16 bytes in which nothing is dropped are folded whole; the others
-// go byte by byte.
+// For each set of dropped bytes of eight, where the kept ones lie, one after the other.
+struct KeptPlaces {
+  alignas(kHalf) unsigned char of[256][kHalf] = {};
+
+  constexpr KeptPlaces() {
+    for (int dropped = 0; dropped < 256; ++dropped) {
+      int kept = 0;
+      for (int i = 0; i < kHalf; ++i) {
+        if ((dropped >> i & 1) == 0) of[dropped][kept++] = static_cast<unsigned char>(i);
+      }
+    }
+  }
+};
+constexpr KeptPlaces kKeptPlaces;
+
+// Writes the kept bytes of a block to `out` and returns their end; overwrites 16 bytes at most.
+using WriteKept = unsigned char* (*)(__m128i block, unsigned dropped, unsigned char* out);
+
+unsigned char* write_kept_plain(__m128i block, unsigned dropped, unsigned char* out) {
+  unsigned char bytes[kBlock];
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), block);
+  for (int i = 0; i < kBlock; ++i) {
+    *out = bytes[i];
+    out += (dropped >> i & 1) == 0 ? 1 : 0;
+  }
+  return out;
+}
+
+__attribute__((target("ssse3,popcnt"))) unsigned char* write_kept_ssse3(__m128i block,
+                                                                        unsigned dropped,
+                                                                        unsigned char* out) {
+  for (const unsigned half : {dropped & 0xFF, dropped >> kHalf}) {
+    const __m128i places = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kKeptPlaces.of[half]));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_shuffle_epi8(block, places));
+    out += kHalf - __builtin_popcount(half);
+    block = _mm_srli_si128(block, kHalf);
+  }
+  return out;
+}
+
+WriteKept best_write_kept() {
+  const bool has_both =
+      __builtin_cpu_supports("ssse3") != 0 && __builtin_cpu_supports("popcnt") != 0;
+  return has_both ? write_kept_ssse3 : write_kept_plain;
+}
+
+// One pass over a buffer, block by block.
 class Pass {
  public:
-  Pass(const PreprocessSwitches& switches, unsigned char* buf) : on_(switches), out_(buf) {}
+  Pass(const PreprocessSwitches& switches, WriteKept write_kept, unsigned char* buf)
+      : on_(switches), write_kept_(write_kept), out_(buf) {}
 
   // `block` is read before anything is written, so the output may overlap it.
   void take_block(const unsigned char* block) {
     const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
-    if (drops_nothing(v)) {
-      __m128i folded = v;
-      if (on_.fold_caps) {
-        folded = _mm_add_epi8(v, _mm_and_si128(in_range(v, 'A', 'Z'), _mm_set1_epi8(32)));
-      }
-      last_[0] = block[kBlock - 1];
-      last_[1] = block[kBlock - 2];
-      last_[2] = block[kBlock - 3];
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), folded);
+    const unsigned dropped = dropped_of(v, kBlock);
+    for (int i = 0; i < 3; ++i) last_[i] = block[kBlock - 1 - i];
+    if (dropped == 0) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), folded(v));
       out_ += kBlock;
-      return;
+    } else {
+      out_ = write_kept_(folded(v), dropped, out_);
     }
-    unsigned char copy[kBlock];
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(copy), v);
-    take_bytes(copy, kBlock);
   }
 
-  void take_bytes(const unsigned char* bytes, int n) {
-    for (int i = 0; i < n; ++i) {
-      const unsigned char c = bytes[i];
-      const bool in_run = c == last_[0] && c == last_[1] && c == last_[2];
-      last_[2] = last_[1];
-      last_[1] = last_[0];
-      last_[0] = c;
-      const bool digit = c >= '0' && c <= '9';
-      const bool blank = c == ' ' || c == '\r' || c == '\n' || c == '\t';
-      const bool capital = c >= 'A' && c <= 'Z';
-      *out_ = static_cast<unsigned char>(c + (on_.fold_caps && capital ? 32 : 0));
-      const bool dropped = (on_.cut_runs && in_run) || (on_.drop_digits && digit) ||
-                           (on_.drop_blanks && blank);
-      out_ += dropped ? 0 : 1;
-    }
+  // Takes the last bytes, fewer than a block.
+  void take_rest(const unsigned char* bytes, int n) {
+    unsigned char in[kBlock] = {};
+    unsigned char kept[kBlock];
+    memcpy(in, bytes, static_cast<size_t>(n));
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+    const unsigned dropped = dropped_of(v, n);
+    const auto nb_kept = static_cast<size_t>(write_kept_(folded(v), dropped, kept) - kept);
+    memcpy(out_, kept, nb_kept);
+    out_ += nb_kept;
   }
 
   unsigned char* out() const { return out_; }
+  bool has_cut_runs() const { return has_cut_ != 0; }
 
  private:
-  bool drops_nothing(__m128i v) const {
-    unsigned dropped = 0;
+  __m128i folded(__m128i v) const {
+    if (!on_.fold_caps) return v;
+    return _mm_add_epi8(v, _mm_and_si128(in_range(v, 'A', 'Z'), _mm_set1_epi8(32)));
+  }
+
+  // Which of the first `n` bytes of a block are dropped, and all behind them.
+  unsigned dropped_of(__m128i v, int n) {
+    const unsigned beyond = kBlockMask << n & kBlockMask;
+    unsigned dropped = on_.cut_runs ? in_run(v) & ~beyond : 0;
+    has_cut_ |= dropped;
+    dropped |= beyond;
     if (on_.drop_digits) dropped |= mask_of(in_range(v, '0', '9'));
     if (on_.drop_blanks) {
       dropped |= mask_of(_mm_or_si128(_mm_or_si128(equals(v, ' '), equals(v, '\r')),
                                       _mm_or_si128(equals(v, '\n'), equals(v, '\t'))));
     }
-    if (dropped != 0) return false;
-    return !on_.cut_runs || !has_run(v);
+    return dropped;
   }
 
-  // Whether a byte of the block equals the three before it.
-  bool has_run(__m128i v) const {
-    __m128i before = _mm_slli_si128(v, 1);
+  // Which bytes of the block equal the three before them.
+  unsigned in_run(__m128i v) const {
+    const __m128i before = _mm_slli_si128(v, 1);
     // Bit i of `same` says that byte i equals the one before; two bits more for the bytes before.
     unsigned same = mask_of(_mm_cmpeq_epi8(v, before)) & (kBlockMask - 1);
     const int first = _mm_cvtsi128_si32(v) & 0xFF;
     same = same << 2 | (first == last_[0] ? 4U : 0U) | (last_[0] == last_[1] ? 2U : 0U) |
            (last_[1] == last_[2] ? 1U : 0U);
-    return (same & same >> 1 & same >> 2) != 0;
+    return (same & same << 1 & same << 2) >> 2;
   }
 
   const PreprocessSwitches on_;
+  const WriteKept write_kept_;
   unsigned char* out_;
+  unsigned has_cut_ = 0;
   // The three raw bytes before, latest first. Kept: a NUL counts as standing before the buffer, so
   // three leading NULs are a run of four.
   int last_[3] = {0, -1, -1};
 };
 
-}  // namespace
-
-int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len) {
-  Pass pass(switches, buf);
+int preprocess_with(WriteKept write_kept, const PreprocessSwitches& switches, unsigned char* buf,
+                    int len) {
+  Pass pass(switches, write_kept, buf);
   int at = 0;
   for (; at + kBlock <= len; at += kBlock) pass.take_block(buf + at);
   // The output never passes the input, so the rest is still there.
-  pass.take_bytes(buf + at, len - at);
+  pass.take_rest(buf + at, len - at);
+  // Kept: cutting runs ends the text with a NUL.
+  if (pass.has_cut_runs()) *pass.out() = 0;
   return static_cast<int>(pass.out() - buf);
+}
+
+}  // namespace
+
+int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len) {
+  static const WriteKept best = best_write_kept();
+  return preprocess_with(best, switches, buf, len);
+}
+
+int preprocess_text_plain(const PreprocessSwitches& switches, unsigned char* buf, int len) {
+  return preprocess_with(write_kept_plain, switches, buf, len);
 }
 
 }  // namespace orva

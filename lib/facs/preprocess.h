@@ -11,8 +11,11 @@ struct PreprocessSwitches {
   bool drop_blanks = false;  // space, CR, LF and TAB
 };
 
-// Rewrites `buf` and returns its new length; what lies beyond it is left undefined.
+// Rewrites `buf` and returns its new length. Beyond it comes a NUL when a run was cut; all else
+// there is left undefined.
 int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len);
+// The same, as machines without byte shuffles do it.
+int preprocess_text_plain(const PreprocessSwitches& switches, unsigned char* buf, int len);
 
 }  // namespace orva
 

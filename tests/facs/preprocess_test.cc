@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 #include <string>
 
@@ -22,9 +23,11 @@ std::string step_by_step(const PreprocessSwitches& on, std::string text) {
   return text.substr(0, static_cast<size_t>(length));
 }
 
-std::string in_one_pass(const PreprocessSwitches& on, std::string text) {
-  const int length = preprocess_text(on, reinterpret_cast<unsigned char*>(text.data()),
-                                     static_cast<int>(text.size()));
+using Preprocess = int (*)(const PreprocessSwitches& switches, unsigned char* buf, int len);
+
+std::string in_one_pass(Preprocess preprocess, const PreprocessSwitches& on, std::string text) {
+  const int length =
+      preprocess(on, reinterpret_cast<unsigned char*>(text.data()), static_cast<int>(text.size()));
   return text.substr(0, static_cast<size_t>(length));
 }
 
@@ -40,8 +43,19 @@ TEST(Preprocess, OnePassGivesWhatTheStepsGiveOneAfterTheOther) {
     const unsigned bits = static_cast<unsigned>(round) % 16;
     const PreprocessSwitches on = {(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0,
                                    (bits & 8) != 0};
-    ASSERT_EQ(in_one_pass(on, text), step_by_step(on, text)) << "round " << round;
+    const std::string expected = step_by_step(on, text);
+    ASSERT_EQ(in_one_pass(preprocess_text, on, text), expected) << "round " << round;
+    ASSERT_EQ(in_one_pass(preprocess_text_plain, on, text), expected) << "round " << round;
   }
+}
+
+TEST(Preprocess, ACutRunLeavesANulAtTheEnd) {
+  unsigned char text[] = "aaaaab!";
+  EXPECT_EQ(preprocess_text({.cut_runs = true}, text, 6), 4);
+  EXPECT_EQ(memcmp(text, "aaab\0b!", 7), 0);
+  unsigned char no_run[] = "aaab!";
+  EXPECT_EQ(preprocess_text({.cut_runs = true}, no_run, 4), 4);
+  EXPECT_EQ(no_run[4], '!');
 }
 
 }  // namespace
