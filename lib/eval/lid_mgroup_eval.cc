@@ -27,6 +27,10 @@ void release(T* array, int n) {
   if (array != nullptr) free_chk(array, n * 4);
 }
 
+// In the accounts the table of credited values stands as a 4-byte reference and one 1024-byte row
+// an index.
+constexpr int kAccountedPerIndex = 4 + 1024;
+
 CLidMGLang* group_languages(const CLidMGroup& group) {
   std::vector<const char*> names;
   for (int m = 0; m < group.nb_models; ++m) names.push_back(group.models_part.models[m].name);
@@ -42,7 +46,7 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
       nb_facts_(group->models_part.nb_facts),
       nb_indices_(nb_models_ + nb_facts_),
       languages_(group_languages(*group)),
-      credits_(nb_indices_),
+      seen_(static_cast<uint32_t*>(malloc_chk_as(nb_indices_ * kAccountedPerIndex, kSeenSize))),
       cost_(array_of<float>(nb_indices_)),
       trigram_count_(array_of<int>(nb_indices_)),
       q_sum_(array_of<uint32_t>(nb_indices_)),
@@ -51,56 +55,46 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
       unigram_q_sum_(array_of<uint32_t>(nb_indices_)),
       unigram_count_(array_of<int>(nb_indices_)),
       spare_(array_of<int>(nb_indices_)) {
-  const bool ok = credits_.ok() && cost_ != nullptr && trigram_count_ != nullptr &&
+  const bool ok = seen_ != nullptr && cost_ != nullptr && trigram_count_ != nullptr &&
                   q_sum_ != nullptr && q_count_ != nullptr && scores_ != nullptr &&
                   unigram_q_sum_ != nullptr && unigram_count_ != nullptr && spare_ != nullptr &&
                   unigrams_ready() && languages_->ready != 0;
   memset(byte_counts_, 0, sizeof byte_counts_);
+  if (seen_ != nullptr) memset(seen_, 0, kSeenSize);
   ready_ = ok ? 1 : 0;
   init();
 }
 
-// At the first text, for a group may be opened without reading any. Without memory for an index the
-// automaton is walked, which gives the same scores.
-void CLidMGroupEval::make_index() {
-  index_tried_ = true;
+// At the first text, for a group may be opened without reading any. Without memory for the scorer
+// the automaton is walked, which gives the same scores.
+void CLidMGroupEval::make_scorer() {
+  scorer_tried_ = true;
   try {
-    index_ = std::make_unique<orva::TrigramIndex>();
-    if (!index_->build(*group_)) index_.reset();
-    if (index_ == nullptr) return;
-    counter_ = std::make_unique<orva::RunCounter>(index_.get());
-    credits_.prepare(*group_, *index_);
-    make_unigram_rows();
+    std::vector<int> fact_of;
+    for (int m = 0; m < nb_models_; ++m) {
+      const int fact = group_->models_part.models[m].fact_no;
+      fact_of.push_back(fact == -1 ? m : fact);
+    }
+    const UlpEntry* first[orva::kNbBytes];
+    int count[orva::kNbBytes];
+    for (int b = 0; b < orva::kNbBytes; ++b) {
+      first[b] = byte_first(b);
+      count[b] = byte_count(b);
+    }
+    scorer_ = std::make_unique<orva::TrigramScorer>();
+    if (!scorer_->build(*group_, fact_of, first, count)) scorer_.reset();
   } catch (const std::bad_alloc&) {
-    unigram_rows_.reset();
-    counter_.reset();
-    index_.reset();
+    scorer_.reset();
   }
-}
-
-void CLidMGroupEval::make_unigram_rows() {
-  std::vector<int> facts;
-  for (int m = 0; m < nb_models_; ++m) {
-    const int fact = group_->models_part.models[m].fact_no;
-    facts.push_back(fact == -1 ? m : fact);
-  }
-  const UlpEntry* first[orva::kNbBytes];
-  int count[orva::kNbBytes];
-  for (int b = 0; b < orva::kNbBytes; ++b) {
-    first[b] = byte_first(b);
-    count[b] = byte_count(b);
-  }
-  unigram_rows_ = std::make_unique<orva::UnigramRows>();
-  if (!unigram_rows_->build(facts, credits_.lanes(), first, count)) unigram_rows_.reset();
 }
 
 void CLidMGroupEval::use_plain_vectors() {
-  if (ready_ != 0 && !index_tried_) make_index();
-  credits_.use_plain_vectors();
-  if (unigram_rows_ != nullptr) unigram_rows_->use_plain_vectors();
+  if (ready_ != 0 && !scorer_tried_) make_scorer();
+  if (scorer_ != nullptr) scorer_->use_plain_vectors();
 }
 
 CLidMGroupEval::~CLidMGroupEval() {
+  if (seen_ != nullptr) free_chk(seen_, nb_indices_ * kAccountedPerIndex);
   release(cost_, nb_indices_);
   release(trigram_count_, nb_indices_);
   release(q_sum_, nb_indices_);
@@ -118,9 +112,10 @@ int CLidMGroupEval::init() {
   value_total_ = 0;
   for (int b = 0; b < orva::kNbBytes; ++b) {
     // A byte that did not occur was credited no trigram.
-    if (byte_counts_[b] != 0) credits_.clear_row(b);
+    if (byte_counts_[b] != 0) memset(seen(b), 0, kMaxIndices * sizeof(uint32_t));
     byte_counts_[b] = 0;
   }
+  if (scorer_ != nullptr) scorer_->reset();
   for (int i = 0; i < nb_indices_; ++i) {
     cost_[i] = 0;
     trigram_count_[i] = 0;
@@ -134,7 +129,6 @@ void CLidMGroupEval::auto_init(unsigned char c1, unsigned char c2) {
   if (ready_ == 0) return;
   group_->walk_state = 0;
   group_->walk_last_byte = 0;
-  const int value_total = value_total_;
   const auto place = [this](unsigned char c) {
     const int next = group_->child(group_->walk_state, c);
     if (next >= group_->nb_istates) {
@@ -146,7 +140,7 @@ void CLidMGroupEval::auto_init(unsigned char c1, unsigned char c2) {
   };
   place(c1);
   place(c2);
-  value_total_ = value_total;
+  pair_ = static_cast<unsigned>(c1) << 8 | c2;
 }
 
 // A transition by `c` that reaches no leaf.
@@ -161,63 +155,75 @@ void CLidMGroupEval::step(unsigned char c) {
   g.walk_last_byte = c;
 }
 
-// Feeds bytes one transition after the other.
-void CLidMGroupEval::walk(const unsigned char* buf, int n) {
-  CLidMGroup& g = *group_;
-  for (int i = 0; i < n; ++i) {
-    const unsigned char c = buf[i];
-    ++byte_counts_[c];
-    const int next = g.child(g.walk_state, c);
-    if (next < g.nb_istates) {
-      step(c);
-      continue;
-    }
-    const int leaf = next - g.nb_istates;
-    g.walk_last_byte = c;
-    g.walk_state = g.def_so[leaf];
-    value_total_ = wrapping_add(value_total_, credits_.add(g, g.lstates[leaf], c));
+// Credits the values of a leaf reached by `c`.
+void CLidMGroupEval::credit(uint32_t leaf_word, unsigned char c) {
+  // Kept: the number of values is a signed byte, so a leaf with 128 or more of them credits none.
+  const int count = std::max(orva::leaf_count(leaf_word), 0);
+  const uint16_t* values = group_->lstates_vals + orva::leaf_first(leaf_word);
+  for (int v = 0; v < count; ++v) {
+    const int index = orva::value_index(values[v]);
+    ++seen(c)[index];
+    q_sum_[index] += orva::value_cost(values[v]);
+    q_count_[index] = wrapping_add(q_count_[index], 1);
   }
+  value_total_ = wrapping_add(value_total_, count);
 }
 
-// Feeds a run of bytes by their trigrams alone. Only the first byte needs the state.
-void CLidMGroupEval::run(const unsigned char* buf, int n) {
+// Feeds a byte by its transition.
+void CLidMGroupEval::walk(unsigned char c) {
   CLidMGroup& g = *group_;
-  const auto before = static_cast<unsigned>(g.walk_last_byte);
-  walk(buf, 1);
-  if (n == 1) return;
-  counter_->count(before << 8 | buf[0], buf + 1, n - 1, byte_counts_);
-  const uint32_t credited = credits_.add(g, counter_->leaves());
-  value_total_ = wrapping_add(value_total_, static_cast<int>(credited));
-  g.walk_state = index_->state_after(static_cast<unsigned>(buf[n - 2]) << 8 | buf[n - 1]);
-  g.walk_last_byte = buf[n - 1];
+  ++byte_counts_[c];
+  pair_ = (static_cast<unsigned>(g.walk_last_byte) & 0xFF) << 8 | c;
+  const int next = g.child(g.walk_state, c);
+  if (next < g.nb_istates) return step(c);
+  const int leaf = next - g.nb_istates;
+  g.walk_last_byte = c;
+  g.walk_state = g.def_so[leaf];
+  credit(g.lstates[leaf], c);
+}
+
+// Whether the walk stands where the last two bytes lead. It may not at a text's beginning, nor
+// after another evaluator has moved it.
+bool CLidMGroupEval::knows_pair() const {
+  return scorer_ != nullptr && group_->walk_state == scorer_->state_after(pair_) &&
+         group_->walk_last_byte == static_cast<int>(pair_ & 0xFF);
+}
+
+// Feeds a run of bytes by their trigrams alone.
+void CLidMGroupEval::run(const unsigned char* buf, int n) {
+  scorer_->feed(pair_, buf, static_cast<size_t>(n));
+  const orva::LaneSums& credited = scorer_->run();
+  uint32_t values = 0;
+  for (int i = 0; i < nb_indices_; ++i) {
+    const uint8_t lane = scorer_->lane_of(i);
+    q_sum_[i] += credited.sums[lane];
+    q_count_[i] = wrapping_add(q_count_[i], static_cast<int>(credited.counts[lane]));
+    values += credited.counts[lane];
+  }
+  scorer_->take_run();
+  value_total_ = wrapping_add(value_total_, static_cast<int>(values));
+  for (int i = std::max(0, n - 2); i < n; ++i) pair_ = (pair_ << 8 | buf[i]) & 0xFFFF;
+  group_->walk_state = scorer_->state_after(pair_);
+  group_->walk_last_byte = buf[n - 1];
 }
 
 void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
   if (ready_ == 0) return;
-  if (!index_tried_) make_index();
+  if (!scorer_tried_) make_scorer();
   // Kept: sums wrap at 32 bits, as their types always have.
   total_ = wrapping_add(total_, n);
   while (n > 0) {
-    const int length = std::min(n, orva::RunCounter::kMaxRun);
-    if (index_ != nullptr && index_->is_consistent(group_->walk_state, group_->walk_last_byte)) {
+    int length = 1;
+    if (knows_pair()) {
+      length = std::min(n, static_cast<int>(orva::TrigramScorer::kMostFed));
       run(buf, length);
     } else {
-      walk(buf, length);
+      walk(buf[0]);
     }
-    take_credits();
     buf += length;
     n -= length;
   }
   int2flt();
-}
-
-// Moves what a run has credited to the pending sums.
-void CLidMGroupEval::take_credits() {
-  for (int i = 0; i < nb_indices_; ++i) {
-    q_sum_[i] += credits_.q_sum(i);
-    q_count_[i] = wrapping_add(q_count_[i], static_cast<int>(credits_.q_count(i)));
-  }
-  credits_.take_sums();
 }
 
 void CLidMGroupEval::int2flt() {
@@ -244,39 +250,26 @@ void CLidMGroupEval::int2flt() {
   }
 }
 
-void CLidMGroupEval::sum_unigram_rows() {
-  orva::DenseSums all;
-  for (int b = 0; b < orva::kNbBytes; ++b) {
-    if (byte_counts_[b] != 0) unigram_rows_->add(b, byte_counts_[b], credits_.row(b), &all);
-  }
-  for (int m = 0; m < nb_models_; ++m) {
-    const int lane = credits_.lane_of(m);
-    unigram_q_sum_[m] = all.sums[lane];
-    uint32_t count = all.counts[lane];
-    const int fact = group_->models_part.models[m].fact_no;
-    if (fact != -1) {
-      unigram_q_sum_[m] += all.sums[credits_.lane_of(fact)];
-      count += all.counts[credits_.lane_of(fact)];
-    }
-    unigram_count_[m] = static_cast<int>(count);
-  }
-}
-
 void CLidMGroupEval::sum_unigrams() {
-  if (unigram_rows_ != nullptr) return sum_unigram_rows();
   memset(unigram_q_sum_, 0, static_cast<size_t>(nb_indices_) * 4);
   memset(unigram_count_, 0, static_cast<size_t>(nb_indices_) * 4);
   for (int b = 0; b < orva::kNbBytes; ++b) {
     if (byte_counts_[b] == 0) continue;
-    const uint32_t* credited = credits_.row(b);
+    const uint32_t* credited = seen(b);
     const UlpEntry* entry = byte_first(b);
     for (int k = 0; k < byte_count(b); ++k, ++entry) {
-      uint32_t uncovered = byte_counts_[b] - credited[credits_.lane_of(entry->model)];
-      if (entry->group != entry->model) uncovered -= credited[credits_.lane_of(entry->group)];
+      uint32_t uncovered = byte_counts_[b] - credited[entry->model];
+      if (entry->group != entry->model) uncovered -= credited[entry->group];
       unigram_q_sum_[entry->model] += entry->q * uncovered;
       unigram_count_[entry->model] =
           wrapping_add(unigram_count_[entry->model], static_cast<int>(uncovered));
     }
+  }
+  if (scorer_ == nullptr) return;
+  const orva::LaneSums& unigrams = scorer_->unigrams();
+  for (int m = 0; m < nb_models_; ++m) {
+    unigram_q_sum_[m] += unigrams.sums[m];
+    unigram_count_[m] = wrapping_add(unigram_count_[m], static_cast<int>(unigrams.counts[m]));
   }
 }
 

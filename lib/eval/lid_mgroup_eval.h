@@ -19,12 +19,9 @@
 #include <cstdint>
 #include <memory>
 
-#include "lib/eval/credit_table.h"
 #include "lib/eval/lid_mg_ev_ulp_acs.h"
 #include "lib/eval/lid_mg_lang.h"
-#include "lib/eval/run_counter.h"
-#include "lib/eval/trigram_index.h"
-#include "lib/eval/unigram_rows.h"
+#include "lib/eval/trigram_scorer.h"
 #include "lib/mgroup/lid_mgroup.h"
 
 class CLidMGroupEval : public CLidMGEvUlpAcs {
@@ -60,27 +57,32 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   int value_total() const { return value_total_; }
   // Computes as machines without wide vectors do, with the same results.
   void use_plain_vectors();
-  // Whether unigram costs are summed by vectors.
-  bool has_unigram_rows() const { return unigram_rows_ != nullptr; }
+  // Whether trigrams are scored by vectors: known once a text was fed.
+  bool has_scorer() const { return scorer_ != nullptr; }
   const CLidMGLang& languages() const { return *languages_; }
 
  private:
-  void make_index();
+  void make_scorer();
   void step(unsigned char c);
-  void walk(const unsigned char* buf, int n);
+  void walk(unsigned char c);
+  void credit(uint32_t leaf_word, unsigned char c);
+  bool knows_pair() const;
   void run(const unsigned char* buf, int n);
-  void take_credits();
-  void make_unigram_rows();
   void sum_unigrams();
-  void sum_unigram_rows();
+
+  static constexpr size_t kMaxIndices = 256;
+  static constexpr size_t kSeenSize = 256 * kMaxIndices * sizeof(uint32_t);
+  uint32_t* seen(int byte) const { return seen_ + static_cast<size_t>(byte) * kMaxIndices; }
 
   CLidMGroup* group_;
   int nb_models_;
   int nb_facts_;
   int nb_indices_;
   CLidMGLang* languages_;
+  // What was walked byte by byte: how often each byte came, and by byte the values credited to each
+  // index. What the scorer was fed is in the scorer.
   uint32_t byte_counts_[256];
-  orva::CreditTable credits_;
+  uint32_t* seen_;
   float* cost_;
   int* trigram_count_;
   uint32_t* q_sum_;
@@ -92,12 +94,10 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   int total_ = 0;
   int value_total_ = 0;
   int ready_ = 0;
-  bool index_tried_ = false;
+  bool scorer_tried_ = false;
+  unsigned pair_ = 0;  // the last two bytes fed
   // Null when the automaton is no trie of trigrams and must be walked step by step.
-  std::unique_ptr<orva::TrigramIndex> index_;
-  std::unique_ptr<orva::RunCounter> counter_;
-  // Null when the entries are not those of a built group, too.
-  std::unique_ptr<orva::UnigramRows> unigram_rows_;
+  std::unique_ptr<orva::TrigramScorer> scorer_;
 };
 
 namespace orva {

@@ -1,5 +1,7 @@
 #include "lib/eval/trigram_index.h"
 
+#include <bit>
+
 #include "lib/mgroup/group_format.h"
 #include "lib/mgroup/lid_mgroup.h"
 
@@ -8,8 +10,6 @@ namespace {
 
 constexpr int kNbPairs = 65536;
 constexpr int kMaxStates = 65536;  // what a 16-bit number can name
-constexpr int16_t kNotReached = -2;
-constexpr int16_t kRootLast = -1;
 
 }  // namespace
 
@@ -18,17 +18,18 @@ bool TrigramIndex::build(const CLidMGroup& group) {
   node_of_pair_.assign(kNbPairs, 0);
   nodes_.assign(1, Node{});
   node_state_.assign(1, 0);
-  state_last_.assign(static_cast<size_t>(group.nb_istates), kNotReached);
-  state_last_[0] = kRootLast;
-  leaf_pair_.assign(static_cast<size_t>(group.lstates_tsize) + 1, 0);
+  Proof proof;
+  proof.state_seen.assign(static_cast<size_t>(group.nb_istates), false);
+  proof.state_seen[0] = true;
+  proof.leaf_seen.assign(static_cast<size_t>(group.lstates_tsize), false);
+  proof.pair_of_node.assign(1, 0);
   for (int a = 0; a < kNbBytes; ++a) {
     const int state = group.child(0, static_cast<unsigned char>(a));
     state_of_byte_[a] = state;
     if (state == 0) continue;
-    if (state_last_[static_cast<size_t>(state)] != kNotReached) return false;
-    state_last_[static_cast<size_t>(state)] = static_cast<int16_t>(a);
+    if (state >= group.nb_istates || proof.state_seen[static_cast<size_t>(state)]) return false;
+    proof.state_seen[static_cast<size_t>(state)] = true;
   }
-  std::vector<bool> leaf_seen(leaf_pair_.size(), false);
   for (int a = 0; a < kNbBytes; ++a) {
     if (state_of_byte_[a] == 0) continue;
     unsigned char buffer[kNbBytes];
@@ -38,18 +39,18 @@ bool TrigramIndex::build(const CLidMGroup& group) {
         group.istate_get_chrs_and_offset(state_of_byte_[a], buffer, &count, &offset);
     for (int k = 0; k < count; ++k) {
       const int state = group.child(state_of_byte_[a], bytes[k]);
-      if (!add_pair(group, a, bytes[k], state, &leaf_seen)) return false;
+      const auto pair = static_cast<unsigned>(a << 8 | bytes[k]);
+      if (!add_pair(group, pair, state, &proof)) return false;
     }
   }
-  return check_default_successors(group);
+  return check_default_successors(group, proof);
 }
 
-// Adds the node of the pair a b, whose state is `state`.
-bool TrigramIndex::add_pair(const CLidMGroup& group, int a, int b, int state,
-                            std::vector<bool>* leaf_seen) {
+// Adds the node of a pair, whose state is `state`.
+bool TrigramIndex::add_pair(const CLidMGroup& group, unsigned pair, int state, Proof* proof) {
   if (state == 0) return true;
-  if (state_last_[static_cast<size_t>(state)] != kNotReached) return false;
-  state_last_[static_cast<size_t>(state)] = static_cast<int16_t>(b);
+  if (state >= group.nb_istates || proof->state_seen[static_cast<size_t>(state)]) return false;
+  proof->state_seen[static_cast<size_t>(state)] = true;
   unsigned char buffer[kNbBytes];
   int count = 0;
   int offset = 0;
@@ -60,38 +61,41 @@ bool TrigramIndex::add_pair(const CLidMGroup& group, int a, int b, int state,
     const int next = group.child(state, bytes[k]);
     // Leaves follow each other in the order of their bytes.
     if (next < group.nb_istates || next != offset + k) return false;
-    const int leaf = next - group.nb_istates;
-    const auto id = static_cast<size_t>(leaf) + 1;
-    if ((*leaf_seen)[id]) return false;
-    (*leaf_seen)[id] = true;
-    leaf_pair_[id] = static_cast<uint16_t>(b << 8 | bytes[k]);
+    const auto leaf = static_cast<size_t>(next - group.nb_istates);
+    if (proof->leaf_seen[leaf]) return false;
+    proof->leaf_seen[leaf] = true;
     const int word = bytes[k] >> 6;
-    if (node.bits[word] == 0) node.first[word] = static_cast<uint32_t>(id);
+    if (node.bits[word] == 0) node.first[word] = static_cast<uint32_t>(leaf) + 1;
     node.bits[word] |= uint64_t{1} << (bytes[k] & 63);
   }
-  node_of_pair_[static_cast<size_t>(a << 8 | b)] = static_cast<uint16_t>(nodes_.size());
+  node_of_pair_[pair] = static_cast<uint16_t>(nodes_.size());
   nodes_.push_back(node);
   node_state_.push_back(static_cast<uint16_t>(state));
+  proof->pair_of_node.push_back(static_cast<uint16_t>(pair));
   return true;
 }
 
 // After a leaf the walk must go on from the state of the trigram's last two bytes.
-bool TrigramIndex::check_default_successors(const CLidMGroup& group) const {
-  for (const Node& node : nodes_) {
-    for (int word = 0; word < 4; ++word) {
-      const auto count = static_cast<uint32_t>(__builtin_popcountll(node.bits[word]));
-      for (uint32_t id = node.first[word]; id < node.first[word] + count; ++id) {
-        if (group.def_so[id - 1] != state_after(leaf_pair_[id])) return false;
+bool TrigramIndex::check_default_successors(const CLidMGroup& group, const Proof& proof) const {
+  for (size_t n = 1; n < nodes_.size(); ++n) {
+    const unsigned first_of_next = (proof.pair_of_node[n] & 0xFFU) << 8;
+    for (unsigned word = 0; word < 4; ++word) {
+      uint32_t id = nodes_[n].first[word];
+      for (uint64_t left = nodes_[n].bits[word]; left != 0; left &= left - 1, ++id) {
+        const unsigned last = word * 64 + static_cast<unsigned>(std::countr_zero(left));
+        if (group.def_so[id - 1] != state_after(first_of_next | last)) return false;
       }
     }
   }
   return true;
 }
 
-bool TrigramIndex::is_consistent(int state, int last) const {
-  const int16_t state_last = state_last_[static_cast<size_t>(state)];
-  if (state_last == kRootLast) return state_of_byte_[last] == 0;
-  return state_last == last;
+uint32_t TrigramIndex::find(unsigned pair, unsigned char c) const {
+  const Node& node = nodes_[node_of_pair_[pair]];
+  const uint64_t word = node.bits[c >> 6];
+  const uint64_t bit = uint64_t{1} << (c & 63);
+  if ((word & bit) == 0) return kNone;
+  return node.first[c >> 6] + static_cast<uint32_t>(std::popcount(word & (bit - 1)));
 }
 
 }  // namespace orva

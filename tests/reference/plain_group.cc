@@ -110,14 +110,23 @@ class Maker {
             static_cast<uint8_t>(below(256))};
   }
 
-  // Values of some indices, each once; a share of them costs the most.
+  // Values of some indices, each once; a share of them costs the most. Members of a set that has
+  // one have none, but in odd leaves.
   PlainLeaf built_leaf() {
     PlainLeaf result;
+    const bool odd = options_.odd_leaves && chance(0.5);
     const double share = chance(0.5) ? 0.1 : 0.6;
-    for (int i = 0; i < options_.nb_models + options_.nb_sets; ++i) {
-      if (result.values.size() == 127 || !chance(share)) continue;
+    std::set<int> sets;
+    for (int i = options_.nb_models + options_.nb_sets - 1; i >= 0; --i) {
+      if (result.values.size() >= 126 || !chance(share)) continue;
+      if (i >= options_.nb_models) {
+        sets.insert(i - options_.nb_models);
+      } else if (!odd && sets.count(group_.models[static_cast<size_t>(i)].set) != 0) {
+        continue;
+      }
       const int q = chance(0.2) ? 255 : below(256);
       result.values.push_back({static_cast<uint8_t>(i), static_cast<uint8_t>(q)});
+      if (odd && chance(0.1)) result.values.push_back(result.values.back());
     }
     return result;
   }

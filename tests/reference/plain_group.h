@@ -61,9 +61,11 @@ struct PlainOptions {
   std::string alphabet = "abcdef";
   double density = 0.3;  // share of all trigrams that have a leaf
   bool long_leaves = false;
-  // As a builder writes it: no index twice in a leaf, no model twice in a byte's costs; many
-  // values.
+  // As a builder writes it: no model twice in a leaf or in a byte's costs, neither by itself nor by
+  // its set; many values.
   bool built = false;
+  // With built: but for half of the leaves.
+  bool odd_leaves = false;
 };
 
 PlainGroup random_group(std::mt19937* random, const PlainOptions& options);

@@ -1,0 +1,92 @@
+#include "lib/eval/coverage.h"
+
+#include <immintrin.h>
+
+#include <cstring>
+
+namespace orva {
+namespace {
+
+// Vectors of totals that the registers hold, 16 of them or 8 in 32 bit.
+constexpr size_t kAtOnce = sizeof(void*) == 8 ? 8 : 4;
+
+using Words8 = uint16_t __attribute__((vector_size(16), may_alias));
+using Longs8 = uint32_t __attribute__((vector_size(32), aligned(4), may_alias));
+using Words16 = uint16_t __attribute__((vector_size(32), may_alias));
+using Longs16 = uint32_t __attribute__((vector_size(64), aligned(4), may_alias));
+
+// `Bits` has a bit for each lane of `Words`.
+template <typename Bits, typename Words, typename Longs>
+__attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, size_t count,
+                                                       uint32_t* covered) {
+  constexpr size_t kStep = sizeof(Words) / sizeof(uint16_t);
+  static_assert(kStep == 8 * sizeof(Bits));
+  Words bit_of_lane;
+  for (size_t lane = 0; lane < kStep; ++lane) {
+    bit_of_lane[lane] = static_cast<uint16_t>(1U << lane);
+  }
+  for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
+    Words totals[kAtOnce] = {};
+    for (const CoverTimes* s = sets; s != sets + count; ++s) {
+      Bits bits[kAtOnce];
+      memcpy(bits, reinterpret_cast<const unsigned char*>(s->models->words) + from / 8,
+             sizeof bits);
+#pragma GCC unroll 8
+      for (size_t v = 0; v < kAtOnce; ++v) {
+        const Words chosen = (bit_of_lane & static_cast<uint16_t>(bits[v])) == bit_of_lane;
+        totals[v] += chosen & static_cast<uint16_t>(s->times);
+      }
+    }
+#pragma GCC unroll 8
+    for (size_t v = 0; v < kAtOnce; ++v) {
+      *reinterpret_cast<Longs*>(covered + from + v * kStep) +=
+          __builtin_convertvector(totals[v], Longs);
+    }
+  }
+}
+
+void add_plain(const CoverTimes* sets, size_t count, uint32_t* covered) {
+  add_covered<uint8_t, Words8, Longs8>(sets, count, covered);
+}
+
+__attribute__((target("avx2"))) void add_avx2(const CoverTimes* sets, size_t count,
+                                              uint32_t* covered) {
+  add_covered<uint16_t, Words16, Longs16>(sets, count, covered);
+}
+
+__attribute__((target("avx512bw"))) void add_avx512(const CoverTimes* sets, size_t count,
+                                                    uint32_t* covered) {
+  using Words32 = uint16_t __attribute__((vector_size(64)));
+  using Longs32 = uint32_t __attribute__((vector_size(128), aligned(4), may_alias));
+  constexpr size_t kStep = 32;
+  for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
+    __m512i totals[kAtOnce];
+    for (__m512i& total : totals) total = _mm512_setzero_si512();
+    for (const CoverTimes* s = sets; s != sets + count; ++s) {
+      const __m512i times = _mm512_set1_epi16(static_cast<int16_t>(s->times));
+      __mmask32 bits[kAtOnce];
+      memcpy(bits, reinterpret_cast<const unsigned char*>(s->models->words) + from / 8,
+             sizeof bits);
+#pragma GCC unroll 8
+      for (size_t v = 0; v < kAtOnce; ++v) {
+        totals[v] = _mm512_mask_add_epi16(totals[v], bits[v], totals[v], times);
+      }
+    }
+#pragma GCC unroll 8
+    for (size_t v = 0; v < kAtOnce; ++v) {
+      *reinterpret_cast<Longs32*>(covered + from + v * kStep) +=
+          __builtin_convertvector(reinterpret_cast<Words32>(totals[v]), Longs32);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<AddCovered> cover_adders() {
+  std::vector<AddCovered> all = {add_plain};
+  if (__builtin_cpu_supports("avx2") != 0) all.push_back(add_avx2);
+  if (__builtin_cpu_supports("avx512bw") != 0) all.push_back(add_avx512);
+  return all;
+}
+
+}  // namespace orva

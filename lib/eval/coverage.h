@@ -1,0 +1,34 @@
+// How often trigrams cover each model, counted from a bit for each model that a trigram covers.
+#ifndef ORVA_LIB_EVAL_COVERAGE_H_
+#define ORVA_LIB_EVAL_COVERAGE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "lib/eval/lanes.h"
+
+namespace orva {
+
+inline constexpr size_t kMostModels = 256;
+
+struct alignas(32) ModelSet {
+  uint64_t words[kMostModels / 64] = {};  // bit m of them all: model m
+};
+
+struct CoverTimes {
+  const ModelSet* models;
+  uint32_t times;
+};
+
+// Adds to covered[m], for each model m, the times of the sets that have it. REQUIRES: all times
+// together are kMostCovered at most.
+using AddCovered = void (*)(const CoverTimes* sets, size_t count, uint32_t* covered);
+inline constexpr uint32_t kMostCovered = 65535;
+
+// All that this machine can run, the plain one first and the fastest last.
+std::vector<AddCovered> cover_adders();
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_EVAL_COVERAGE_H_

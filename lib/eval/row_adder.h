@@ -1,0 +1,36 @@
+// Adds up rows of lanes, each so many times.
+#ifndef ORVA_LIB_EVAL_ROW_ADDER_H_
+#define ORVA_LIB_EVAL_ROW_ADDER_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "lib/eval/lanes.h"
+
+namespace orva {
+
+// The blocks of lanes that a row holds, in ascending order.
+struct RowShape {
+  uint8_t mask;  // bit b: block b
+  uint8_t nb_blocks;
+  uint8_t blocks[kNbBlocks];
+  uint8_t place[kNbBlocks];  // of a block among those held
+
+  explicit RowShape(unsigned block_mask);
+};
+
+struct RowTimes {
+  const LaneValue* row;  // aligned to 64 bytes
+  uint32_t times;
+};
+
+// Adds rows of one shape to `sums`. REQUIRES: no lane counts more than kMostCounted values.
+using AddRows = void (*)(const RowShape& shape, const RowTimes* rows, size_t count, LaneSums* sums);
+
+// All that this machine can run, the plain one first and the fastest last.
+std::vector<AddRows> row_adders();
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_EVAL_ROW_ADDER_H_

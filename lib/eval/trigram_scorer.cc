@@ -1,0 +1,176 @@
+#include "lib/eval/trigram_scorer.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "lib/mgroup/group_format.h"
+#include "lib/mgroup/lid_mgroup.h"
+
+namespace orva {
+namespace {
+
+// With less room the cache is cleared, lest a run go through it in too many pieces.
+constexpr size_t kLeastRoom = 1024;
+// Counts of pending occurrences stay within 32 bits.
+constexpr size_t kFoldAfter = size_t{1} << 30;
+
+}  // namespace
+
+bool TrigramScorer::build(const CLidMGroup& group, const std::vector<int>& fact_of,
+                          const UlpEntry* const* first, const int* count) {
+  if (!unigram_rows_.build(fact_of, first, count)) return false;
+  lane_of_ = order_lanes(group);
+  if (!rows_.build(group, fact_of, lane_of_)) return false;
+  cache_ = std::make_unique<TrigramCache>(&rows_);
+  lists_ =
+      std::make_unique<RowLists>(&rows_.shapes(), TrigramRows::kMostShapes, row_adders().back());
+  pending_.resize(TrigramCache::kMostTrigrams + 1);
+  by_byte_ = std::make_unique_for_overwrite<CoverTimes[]>(TrigramCache::kMostTrigrams);
+  return true;
+}
+
+void TrigramScorer::use_plain_vectors() {
+  lists_->use(row_adders().front());
+  unigram_rows_.use_plain_vectors();
+  add_covered_ = cover_adders().front();
+}
+
+void TrigramScorer::reset() {
+  forget_pending();
+  run_ = unigrams_ = LaneSums();
+}
+
+void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
+  while (n != 0) {
+    if (cache_->room() < kLeastRoom || unfolded_ >= kFoldAfter) {
+      fold();
+      cache_->clear();
+    }
+    const size_t length = std::min(n, cache_->room());
+    feed_piece(pair, buf, length);
+    for (size_t i = length - std::min<size_t>(length, 2); i < length; ++i) {
+      pair = (pair << 8 | buf[i]) & 0xFFFF;
+    }
+    buf += length;
+    n -= length;
+  }
+}
+
+void TrigramScorer::feed_piece(unsigned pair, const unsigned char* buf, size_t n) {
+  constexpr size_t kAhead = 8;
+  cache_->count(pair, buf, n);
+  const uint16_t* const counted = cache_->counted();
+  const size_t nb_counted = cache_->nb_counted();
+  uint16_t* pending = pending_.data() + nb_pending_;
+  for (size_t i = 0; i < nb_counted; ++i) {
+    if (i + kAhead < nb_counted) __builtin_prefetch(&cache_->rest(counted[i + kAhead]));
+    Trigram& t = cache_->trigram(counted[i]);
+    TrigramRest& rest = cache_->rest(counted[i]);
+    const uint32_t times = t.count;
+    t.count = 0;
+    *pending = counted[i];
+    const unsigned newly = rest.pending == 0 ? 1 : 0;
+    pending += newly;
+    rest.pending += times;
+    ends_[t.last_byte()] += newly;
+    occurrences_[t.last_byte()] += times;
+    if (t.shape != TrigramRows::kOdd) {
+      const LaneValue* row = rows_.row(rest.row);
+      __builtin_prefetch(row);
+      __builtin_prefetch(row + kBlockLanes);
+      lists_->add(t.shape, row, times, &run_);
+    } else {
+      credit_odd(t, times);
+    }
+  }
+  nb_pending_ = static_cast<size_t>(pending - pending_.data());
+  lists_->drain(&run_);
+  unfolded_ += n;
+}
+
+void TrigramScorer::credit_odd(const Trigram& trigram, uint32_t times) {
+  for (const uint16_t value : rows_.values(trigram)) {
+    const uint8_t lane = lane_of(value_index(value));
+    run_.sums[lane] += value_cost(value) * times;
+    run_.counts[lane] += times;
+  }
+}
+
+// Adds the unigrams of all that is pending.
+void TrigramScorer::fold() {
+  sort_pending();
+  size_t from = 0;
+  for (int byte = 0; byte < kNbBytes; ++byte) {
+    const size_t to = ends_[byte];
+    if (occurrences_[byte] == 0) continue;
+    alignas(64) uint32_t covered[kLanes] = {};
+    cover(by_byte_.get() + from, by_byte_.get() + to, covered);
+    if (!odd_.empty()) cover_odd(covered, byte);
+    unigram_rows_.add(byte, occurrences_[byte], covered, &unigrams_);
+    from = to;
+  }
+  forget_pending();
+}
+
+void TrigramScorer::forget_pending() {
+  for (size_t i = 0; i < nb_pending_; ++i) cache_->rest(pending_[i]).pending = 0;
+  nb_pending_ = 0;
+  unfolded_ = 0;
+  std::fill(std::begin(ends_), std::end(ends_), 0);
+  std::fill(std::begin(occurrences_), std::end(occurrences_), 0);
+}
+
+void TrigramScorer::sort_pending() {
+  uint32_t end = 0;
+  for (uint32_t& e : ends_) {
+    const uint32_t count = e;
+    e = end;
+    end += count;
+  }
+  odd_.clear();
+  for (size_t i = 0; i < nb_pending_; ++i) {
+    const uint16_t number = pending_[i];
+    const Trigram& t = cache_->trigram(number);
+    // An odd trigram covers nothing here.
+    by_byte_[ends_[t.last_byte()]++] = {&cache_->models(number), cache_->rest(number).pending};
+    if (t.shape == TrigramRows::kOdd) odd_.push_back(number);
+  }
+}
+
+void TrigramScorer::cover(const CoverTimes* first, const CoverTimes* last,
+                          uint32_t* covered) const {
+  while (first != last) {
+    const CoverTimes* end = first;
+    uint32_t total = 0;
+    while (end != last && end->times <= kMostCovered - total) total += (end++)->times;
+    add_covered_(first, static_cast<size_t>(end - first), covered);
+    if (end == last) return;
+    // The next one alone, as often as it takes.
+    CoverTimes part = *end;
+    for (uint32_t left = end->times; left != 0; left -= part.times) {
+      part.times = std::min(left, kMostCovered);
+      add_covered_(&part, 1, covered);
+    }
+    first = end + 1;
+  }
+}
+
+void TrigramScorer::cover_odd(uint32_t* covered, int byte) const {
+  for (const uint16_t number : odd_) {
+    const Trigram& t = cache_->trigram(number);
+    if (t.last_byte() != byte) continue;
+    for (const uint16_t value : rows_.values(t)) {
+      for (size_t m = 0; m < kMostModels; ++m) {
+        const bool counts = (rows_.models_of(value).words[m / 64] >> m % 64 & 1) != 0;
+        covered[m] += counts ? cache_->rest(number).pending : 0;
+      }
+    }
+  }
+}
+
+const LaneSums& TrigramScorer::unigrams() {
+  fold();
+  return unigrams_;
+}
+
+}  // namespace orva

@@ -1,0 +1,71 @@
+#include "lib/eval/unigram_rows.h"
+
+#include "lib/mgroup/group_format.h"
+
+namespace orva {
+
+bool UnigramRows::build(const std::vector<int>& fact_of, const UlpEntry* const* first,
+                        const int* count) {
+  rows_.assign(kNbBytes, Row());
+  for (size_t b = 0; b < rows_.size(); ++b) {
+    for (const UlpEntry* e = first[b]; e != first[b] + count[b]; ++e) {
+      LaneValue& value = rows_[b].models[e->model];
+      if (value.there != 0 || e->group != fact_of[e->model]) return false;
+      value = {e->q, kThere};
+    }
+  }
+  if (__builtin_cpu_supports("avx2") != 0) add_ = add_avx2;
+  if (__builtin_cpu_supports("avx512bw") != 0) add_ = add_avx512;
+  return true;
+}
+
+void UnigramRows::use_plain_vectors() { add_ = add_plain; }
+
+// `Bytes` are half as long as `Longs`.
+template <typename Bytes, typename Words, typename Longs>
+__attribute__((always_inline)) inline void UnigramRows::add_row(const Row& row, uint32_t count,
+                                                                const uint32_t* covered,
+                                                                LaneSums* sums) {
+  constexpr size_t kStep = sizeof(Longs) / sizeof(uint32_t);
+  for (size_t m = 0; m < kLanes; m += kStep) {
+    const Words words =
+        __builtin_convertvector(*reinterpret_cast<const Bytes*>(row.models + m), Words);
+    const Longs value = reinterpret_cast<Longs>(words);
+    const Longs times = count - *reinterpret_cast<const Longs*>(covered + m);
+    *reinterpret_cast<Longs*>(sums->sums + m) += (value & kSumMask) * times;
+    *reinterpret_cast<Longs*>(sums->counts + m) += (value >> kCountShift) * times;
+  }
+}
+
+namespace {
+
+using Bytes8 = uint8_t __attribute__((vector_size(8), may_alias));
+using Words8 = uint16_t __attribute__((vector_size(16)));
+using Longs4 = uint32_t __attribute__((vector_size(16), may_alias));
+using Bytes16 = uint8_t __attribute__((vector_size(16), may_alias));
+using Words16 = uint16_t __attribute__((vector_size(32)));
+using Longs8 = uint32_t __attribute__((vector_size(32), may_alias));
+using Bytes32 = uint8_t __attribute__((vector_size(32), may_alias));
+using Words32 = uint16_t __attribute__((vector_size(64)));
+using Longs16 = uint32_t __attribute__((vector_size(64), may_alias));
+
+}  // namespace
+
+void UnigramRows::add_plain(const Row& row, uint32_t count, const uint32_t* covered,
+                            LaneSums* sums) {
+  add_row<Bytes8, Words8, Longs4>(row, count, covered, sums);
+}
+
+__attribute__((target("avx2"))) void UnigramRows::add_avx2(const Row& row, uint32_t count,
+                                                           const uint32_t* covered,
+                                                           LaneSums* sums) {
+  add_row<Bytes16, Words16, Longs8>(row, count, covered, sums);
+}
+
+__attribute__((target("avx512bw"))) void UnigramRows::add_avx512(const Row& row, uint32_t count,
+                                                                 const uint32_t* covered,
+                                                                 LaneSums* sums) {
+  add_row<Bytes32, Words32, Longs16>(row, count, covered, sums);
+}
+
+}  // namespace orva

@@ -1,0 +1,51 @@
+// UnigramRows: the unigram costs of a group, by byte and model.
+//
+// A byte costs every model that knows it its unigram cost, once for each time it occurs less those
+// that trigrams of the model or of its fact set cover.
+//
+// Life cycle: build once; constant from then on.
+// Ownership:  its table, outside the accounted memory.
+#ifndef ORVA_LIB_EVAL_UNIGRAM_ROWS_H_
+#define ORVA_LIB_EVAL_UNIGRAM_ROWS_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "lib/eval/lanes.h"
+#include "lib/eval/lid_mg_ev_ulp_acs.h"
+
+namespace orva {
+
+class UnigramRows {
+ public:
+  // `fact_of[m]` is the accumulator index of the fact set of model m, or m itself without one; the
+  // entries of byte b are first[b], ..., first[b][count[b] - 1]. False when they name a model twice
+  // or with another set, as those of built groups do not.
+  bool build(const std::vector<int>& fact_of, const UlpEntry* const* first, const int* count);
+  void use_plain_vectors();
+
+  // Adds to `sums`, by model, what `count` occurrences of a byte cost, of which covered[m] are
+  // covered for model m.
+  void add(int byte, uint32_t count, const uint32_t* covered, LaneSums* sums) const {
+    add_(rows_[static_cast<size_t>(byte)], count, covered, sums);
+  }
+
+ private:
+  struct alignas(64) Row {
+    LaneValue models[kLanes] = {};
+  };
+  using Add = void (*)(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+
+  template <typename Bytes, typename Words, typename Longs>
+  static void add_row(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+  static void add_plain(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+  static void add_avx2(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+  static void add_avx512(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+
+  std::vector<Row> rows_;
+  Add add_ = add_plain;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_EVAL_UNIGRAM_ROWS_H_

@@ -1,0 +1,146 @@
+// Rows of lanes and what is added up from them, by every kind of vector.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "lib/eval/coverage.h"
+#include "lib/eval/lanes.h"
+#include "lib/eval/row_adder.h"
+#include "lib/eval/row_lists.h"
+#include "lib/mgroup/group_format.h"
+#include "lib/mgroup/lid_mgroup.h"
+#include "tests/mgroup/group_files.h"
+#include "tests/reference/plain_group.h"
+
+namespace orva {
+namespace {
+
+struct alignas(64) FullRow {
+  LaneValue lanes[kLanes];
+};
+
+// Half of the lanes have a value, half of these the largest.
+std::vector<FullRow> random_rows(std::mt19937* random, size_t count) {
+  std::vector<FullRow> rows(count);
+  for (FullRow& row : rows) {
+    for (LaneValue& lane : row.lanes) {
+      const auto drawn = static_cast<uint32_t>((*random)());
+      lane = {static_cast<uint8_t>(drawn % 4 == 0 ? 255 : drawn >> 24), kThere};
+      if (drawn % 4 > 1) lane = {0, 0};
+    }
+  }
+  return rows;
+}
+
+bool operator==(const LaneSums& a, const LaneSums& b) { return memcmp(&a, &b, sizeof a) == 0; }
+
+// Adds lane by lane.
+void add_naively(const RowShape& shape, const RowTimes& added, LaneSums* sums) {
+  for (size_t b = 0; b < shape.nb_blocks; ++b) {
+    for (size_t i = 0; i < kBlockLanes; ++i) {
+      const LaneValue value = added.row[b * kBlockLanes + i];
+      const size_t lane = shape.blocks[b] * kBlockLanes + i;
+      sums->counts[lane] += value.there != 0 ? added.times : 0;
+      sums->sums[lane] += value.cost * added.times;
+    }
+  }
+}
+
+TEST(RowAdder, AllAddAlikeForEveryShape) {
+  std::mt19937 random(1);
+  const std::vector<FullRow> rows = random_rows(&random, 50);
+  for (unsigned mask = 0; mask < 256; ++mask) {
+    const RowShape shape(mask);
+    std::vector<RowTimes> added;
+    LaneSums expected;
+    for (const FullRow& row : rows) {
+      added.push_back({row.lanes, 1 + static_cast<uint32_t>(random()) % 81});
+      add_naively(shape, added.back(), &expected);
+    }
+    for (const AddRows add : row_adders()) {
+      LaneSums sums;
+      add(shape, added.data(), added.size(), &sums);
+      ASSERT_TRUE(sums == expected) << "mask " << mask;
+    }
+  }
+}
+
+TEST(RowAdder, ALaneCountsAsManyOfTheLargestAsIsPromised) {
+  FullRow row;
+  std::fill_n(row.lanes, kLanes, LaneValue{255, kThere});
+  const RowShape shape(0xFF);
+  const RowTimes added = {row.lanes, kMostCounted};
+  for (const AddRows add : row_adders()) {
+    LaneSums sums;
+    add(shape, &added, 1, &sums);
+    EXPECT_EQ(sums.counts[77], kMostCounted);
+    EXPECT_EQ(sums.sums[77], 255 * kMostCounted);
+  }
+}
+
+TEST(RowLists, RowsAreAddedHoweverOftenAndHoweverMany) {
+  std::mt19937 random(2);
+  const std::vector<RowShape> shapes = {RowShape(0xFF), RowShape(0x05), RowShape(0)};
+  const std::vector<FullRow> rows = random_rows(&random, 3);
+  RowLists lists(&shapes, shapes.size(), row_adders().back());
+  LaneSums sums;
+  LaneSums expected;
+  for (int i = 0; i < 1000; ++i) {
+    const size_t shape = random() % shapes.size();
+    const uint32_t times = i % 100 == 0 ? 100000 : 1 + static_cast<uint32_t>(random()) % 100;
+    const RowTimes added = {rows[random() % rows.size()].lanes, times};
+    lists.add(shape, added.row, times, &sums);
+    add_naively(shapes[shape], added, &expected);
+  }
+  lists.drain(&sums);
+  EXPECT_TRUE(sums == expected);
+}
+
+TEST(Coverage, AllAddAlike) {
+  std::mt19937 random(3);
+  std::vector<ModelSet> sets(300);
+  std::vector<CoverTimes> added;
+  std::vector<uint32_t> expected(kMostModels, 5);
+  for (ModelSet& set : sets) {
+    for (uint64_t& word : set.words) word = uint64_t{random()} << 32 | random();
+    added.push_back({&set, 1 + static_cast<uint32_t>(random()) % 200});
+    for (size_t m = 0; m < kMostModels; ++m) {
+      expected[m] += (set.words[m / 64] >> m % 64 & 1) != 0 ? added.back().times : 0;
+    }
+  }
+  for (const AddCovered add : cover_adders()) {
+    std::vector<uint32_t> covered(kMostModels, 5);
+    add(added.data(), added.size(), covered.data());
+    EXPECT_EQ(covered, expected);
+  }
+}
+
+TEST(Coverage, AModelIsCoveredAsOftenAsIsPromised) {
+  ModelSet all;
+  std::fill(std::begin(all.words), std::end(all.words), ~uint64_t{0});
+  const CoverTimes added[] = {{&all, 65000}, {&all, kMostCovered - 65000}};
+  for (const AddCovered add : cover_adders()) {
+    std::vector<uint32_t> covered(kMostModels, 0);
+    add(added, 2, covered.data());
+    EXPECT_EQ(covered, std::vector<uint32_t>(kMostModels, kMostCovered));
+  }
+}
+
+TEST(LaneOrder, EveryIndexHasALaneOfItsOwn) {
+  std::mt19937 random(4);
+  PlainOptions o;
+  o.nb_models = 150;
+  o.nb_sets = 40;
+  o.built = true;
+  CLidMGroup group;
+  ASSERT_EQ(load_bytes(&group, file_of(random_group(&random, o))), kGroupOk);
+  LaneOrder order = order_lanes(group);
+  std::sort(order.begin(), order.end());
+  for (size_t lane = 0; lane < kLanes; ++lane) EXPECT_EQ(order[lane], lane);
+}
+
+}  // namespace
+}  // namespace orva
