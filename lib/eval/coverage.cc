@@ -11,14 +11,12 @@ namespace {
 constexpr size_t kAtOnce = sizeof(void*) == 8 ? 8 : 4;
 
 using Words8 = uint16_t __attribute__((vector_size(16), may_alias));
-using Longs8 = uint32_t __attribute__((vector_size(32), aligned(4), may_alias));
 using Words16 = uint16_t __attribute__((vector_size(32), may_alias));
-using Longs16 = uint32_t __attribute__((vector_size(64), aligned(4), may_alias));
 
 // `Bits` has a bit for each lane of `Words`.
-template <typename Bits, typename Words, typename Longs>
+template <typename Bits, typename Words>
 __attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, size_t count,
-                                                       uint32_t* covered) {
+                                                       uint16_t* covered) {
   constexpr size_t kStep = sizeof(Words) / sizeof(uint16_t);
   static_assert(kStep == 8 * sizeof(Bits));
   Words bit_of_lane;
@@ -39,25 +37,22 @@ __attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, s
     }
 #pragma GCC unroll 8
     for (size_t v = 0; v < kAtOnce; ++v) {
-      *reinterpret_cast<Longs*>(covered + from + v * kStep) +=
-          __builtin_convertvector(totals[v], Longs);
+      *reinterpret_cast<Words*>(covered + from + v * kStep) = totals[v];
     }
   }
 }
 
-void add_plain(const CoverTimes* sets, size_t count, uint32_t* covered) {
-  add_covered<uint8_t, Words8, Longs8>(sets, count, covered);
+void add_sets_plain(const CoverTimes* sets, size_t count, uint16_t* covered) {
+  add_covered<uint8_t, Words8>(sets, count, covered);
 }
 
-__attribute__((target("avx2"))) void add_avx2(const CoverTimes* sets, size_t count,
-                                              uint32_t* covered) {
-  add_covered<uint16_t, Words16, Longs16>(sets, count, covered);
+__attribute__((target("avx2"))) void add_sets_avx2(const CoverTimes* sets, size_t count,
+                                                   uint16_t* covered) {
+  add_covered<uint16_t, Words16>(sets, count, covered);
 }
 
-__attribute__((target("avx512bw"))) void add_avx512(const CoverTimes* sets, size_t count,
-                                                    uint32_t* covered) {
-  using Words32 = uint16_t __attribute__((vector_size(64)));
-  using Longs32 = uint32_t __attribute__((vector_size(128), aligned(4), may_alias));
+__attribute__((target("avx512bw"))) void add_sets_avx512(const CoverTimes* sets, size_t count,
+                                                         uint16_t* covered) {
   constexpr size_t kStep = 32;
   for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
     __m512i totals[kAtOnce];
@@ -74,8 +69,7 @@ __attribute__((target("avx512bw"))) void add_avx512(const CoverTimes* sets, size
     }
 #pragma GCC unroll 8
     for (size_t v = 0; v < kAtOnce; ++v) {
-      *reinterpret_cast<Longs32*>(covered + from + v * kStep) +=
-          __builtin_convertvector(reinterpret_cast<Words32>(totals[v]), Longs32);
+      _mm512_store_si512(covered + from + v * kStep, totals[v]);
     }
   }
 }
@@ -83,9 +77,9 @@ __attribute__((target("avx512bw"))) void add_avx512(const CoverTimes* sets, size
 }  // namespace
 
 std::vector<AddCovered> cover_adders() {
-  std::vector<AddCovered> all = {add_plain};
-  if (__builtin_cpu_supports("avx2") != 0) all.push_back(add_avx2);
-  if (__builtin_cpu_supports("avx512bw") != 0) all.push_back(add_avx512);
+  std::vector<AddCovered> all = {add_sets_plain};
+  if (__builtin_cpu_supports("avx2") != 0) all.push_back(add_sets_avx2);
+  if (__builtin_cpu_supports("avx512bw") != 0) all.push_back(add_sets_avx512);
   return all;
 }
 

@@ -21,9 +21,10 @@ struct CoverTimes {
   uint32_t times;
 };
 
-// Adds to covered[m], for each model m, the times of the sets that have it. REQUIRES: all times
-// together are kMostCovered at most.
-using AddCovered = void (*)(const CoverTimes* sets, size_t count, uint32_t* covered);
+// Stores in covered[m], for each model m of kMostModels, the times of the sets that have it
+// together. REQUIRES: all times together are kMostCovered at most; `covered` is aligned to 64
+// bytes.
+using AddCovered = void (*)(const CoverTimes* sets, size_t count, uint16_t* covered);
 inline constexpr uint32_t kMostCovered = 65535;
 
 // All that this machine can run, the plain one first and the fastest last.

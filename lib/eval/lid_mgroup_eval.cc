@@ -110,18 +110,21 @@ int CLidMGroupEval::init() {
   if (ready_ == 0) return -1;
   total_ = 0;
   value_total_ = 0;
-  for (int b = 0; b < orva::kNbBytes; ++b) {
-    // A byte that did not occur was credited no trigram.
-    if (byte_counts_[b] != 0) memset(seen(b), 0, kMaxIndices * sizeof(uint32_t));
-    byte_counts_[b] = 0;
+  if (has_walked_) {
+    for (int b = 0; b < orva::kNbBytes; ++b) {
+      // A byte that did not occur was credited no trigram.
+      if (byte_counts_[b] != 0) memset(seen(b), 0, kMaxIndices * sizeof(uint32_t));
+      byte_counts_[b] = 0;
+    }
+    has_walked_ = false;
   }
   if (scorer_ != nullptr) scorer_->reset();
-  for (int i = 0; i < nb_indices_; ++i) {
-    cost_[i] = 0;
-    trigram_count_[i] = 0;
-    q_sum_[i] = 0;
-    q_count_[i] = 0;
-  }
+  const auto size = static_cast<size_t>(nb_indices_) * 4;
+  memset(cost_, 0, size);
+  memset(trigram_count_, 0, size);
+  memset(q_sum_, 0, size);
+  memset(q_count_, 0, size);
+  has_pending_ = false;
   return 0;
 }
 
@@ -167,11 +170,13 @@ void CLidMGroupEval::credit(uint32_t leaf_word, unsigned char c) {
     q_count_[index] = wrapping_add(q_count_[index], 1);
   }
   value_total_ = wrapping_add(value_total_, count);
+  has_pending_ = true;
 }
 
 // Feeds a byte by its transition.
 void CLidMGroupEval::walk(unsigned char c) {
   CLidMGroup& g = *group_;
+  has_walked_ = true;
   ++byte_counts_[c];
   pair_ = (static_cast<unsigned>(g.walk_last_byte) & 0xFF) << 8 | c;
   const int next = g.child(g.walk_state, c);
@@ -201,6 +206,7 @@ void CLidMGroupEval::run(const unsigned char* buf, int n) {
     values += credited.counts[lane];
   }
   scorer_->take_run();
+  has_pending_ = true;
   value_total_ = wrapping_add(value_total_, static_cast<int>(values));
   for (int i = std::max(0, n - 2); i < n; ++i) pair_ = (pair_ << 8 | buf[i]) & 0xFFFF;
   group_->walk_state = scorer_->state_after(pair_);
@@ -227,7 +233,8 @@ void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
 }
 
 void CLidMGroupEval::int2flt() {
-  if (ready_ == 0) return;
+  if (ready_ == 0 || !has_pending_) return;
+  has_pending_ = false;
   const CmgModel* models = group_->models_part.models;
   for (int m = 0; m < nb_models_; ++m) {
     const int fact = models[m].fact_no;
@@ -253,7 +260,7 @@ void CLidMGroupEval::int2flt() {
 void CLidMGroupEval::sum_unigrams() {
   memset(unigram_q_sum_, 0, static_cast<size_t>(nb_indices_) * 4);
   memset(unigram_count_, 0, static_cast<size_t>(nb_indices_) * 4);
-  for (int b = 0; b < orva::kNbBytes; ++b) {
+  for (int b = 0; has_walked_ && b < orva::kNbBytes; ++b) {
     if (byte_counts_[b] == 0) continue;
     const uint32_t* credited = seen(b);
     const UlpEntry* entry = byte_first(b);

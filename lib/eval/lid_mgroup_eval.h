@@ -94,6 +94,8 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   int total_ = 0;
   int value_total_ = 0;
   int ready_ = 0;
+  bool has_pending_ = false;  // sums that int2flt has not converted
+  bool has_walked_ = false;   // since init
   bool scorer_tried_ = false;
   unsigned pair_ = 0;  // the last two bytes fed
   // Null when the automaton is no trie of trigrams and must be walked step by step.

@@ -7,7 +7,7 @@
 namespace orva {
 namespace {
 
-constexpr unsigned kTableBits = 17;
+constexpr unsigned kTableBits = 18;
 constexpr uint32_t kNoKey = ~uint32_t{0};
 
 // The golden ratio as a fraction of 2^32, which spreads keys that differ in any of their bytes.
@@ -25,10 +25,7 @@ TrigramCache::TrigramCache(TrigramRows* rows)
       models_(std::make_unique_for_overwrite<ModelSet[]>(kMostTrigrams + 1)),
       counted_(kMostCounted + 1) {
   trigrams_[0].key = kNoKey;
-}
-
-size_t TrigramCache::room() const {
-  return std::min({kMostTrigrams + 1 - nb_trigrams_, rows_->room(), kMostCounted});
+  waiting_.reserve(kMostCounted);
 }
 
 void TrigramCache::clear() {
@@ -38,13 +35,40 @@ void TrigramCache::clear() {
 }
 
 void TrigramCache::count(unsigned pair, const unsigned char* buf, size_t n) {
-  nb_counted_ = 0;
-  if (n == 0) return;
+  count_keys([&](const auto& count_one) {
+    if (n == 0) return;
+    count_one(trigram_key(pair >> 8 & 0xFF, pair & 0xFF, buf[0]));
+    if (n > 1) count_one(trigram_key(pair & 0xFF, buf[0], buf[1]));
+    const unsigned char* const end = buf + n;
+    for (; end - buf >= 4; ++buf) {
+      uint32_t key = 0;
+      memcpy(&key, buf, sizeof key);
+      // One byte too many, the highest.
+      count_one(key & 0xFFFFFF);
+    }
+    for (; end - buf >= 3; ++buf) count_one(trigram_key(buf[0], buf[1], buf[2]));
+  });
+}
+
+void TrigramCache::count_waiting() {
+  std::vector<uint32_t> keys;
+  keys.swap(waiting_);
+  count_keys([&](const auto& count_one) {
+    for (const uint32_t key : keys) count_one(key);
+  });
+  keys.clear();
+  waiting_.swap(keys);
+}
+
+// `for_each` calls what it is given with the key of each trigram.
+template <typename ForEachKey>
+void TrigramCache::count_keys(const ForEachKey& for_each) {
   const size_t known = nb_trigrams_;
+  limit_ = std::min(kMostTrigrams + 1, known + rows_->room());
   const uint16_t* const table = table_.data();
   Trigram* const trigrams = trigrams_.data();
   uint16_t* counted = counted_.data();
-  const auto count_one = [&](uint32_t key) {
+  for_each([&](uint32_t key) {
     uint16_t number = table[home_of(key)];
     if (__builtin_expect(trigrams[number].key != key, 0)) number = find_away(key);
     uint16_t& count = trigrams[number].count;
@@ -52,17 +76,13 @@ void TrigramCache::count(unsigned pair, const unsigned char* buf, size_t n) {
     *counted = number;
     counted += count == 0 ? 1 : 0;
     ++count;
-  };
-  count_one(trigram_key(pair >> 8 & 0xFF, pair & 0xFF, buf[0]));
-  if (n > 1) count_one(trigram_key(pair & 0xFF, buf[0], buf[1]));
-  const unsigned char* const end = buf + n;
-  for (; end - buf >= 4; ++buf) {
-    uint32_t key = 0;
-    memcpy(&key, buf, sizeof key);
-    // One byte too many, the highest.
-    count_one(key & 0xFFFFFF);
+  });
+  if (!waiting_.empty()) {
+    // Those that wait were counted for number 0.
+    trigrams[0].count = 0;
+    *std::find(counted_.data(), counted, uint16_t{0}) = *(counted - 1);
+    --counted;
   }
-  for (; end - buf >= 3; ++buf) count_one(trigram_key(buf[0], buf[1], buf[2]));
   nb_counted_ = static_cast<size_t>(counted - counted_.data());
   // New ones get their rows together, for what is known of them is strewn over memory.
   rows_->add(trigrams + known, rests_.data() + known, models_.get() + known, nb_trigrams_ - known);
@@ -82,6 +102,10 @@ uint16_t TrigramCache::find_away(uint32_t key) {
 }
 
 uint16_t TrigramCache::add(uint32_t key, uint16_t* place) {
+  if (nb_trigrams_ == limit_) {
+    waiting_.push_back(key);
+    return 0;
+  }
   trigrams_[nb_trigrams_] = {key, 0, 0};
   *place = static_cast<uint16_t>(nb_trigrams_);
   return static_cast<uint16_t>(nb_trigrams_++);

@@ -9,8 +9,6 @@
 namespace orva {
 namespace {
 
-// With less room the cache is cleared, lest a run go through it in too many pieces.
-constexpr size_t kLeastRoom = 1024;
 // Counts of pending occurrences stay within 32 bits.
 constexpr size_t kFoldAfter = size_t{1} << 30;
 
@@ -41,24 +39,21 @@ void TrigramScorer::reset() {
 }
 
 void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
-  while (n != 0) {
-    if (cache_->room() < kLeastRoom || unfolded_ >= kFoldAfter) {
-      fold();
-      cache_->clear();
-    }
-    const size_t length = std::min(n, cache_->room());
-    feed_piece(pair, buf, length);
-    for (size_t i = length - std::min<size_t>(length, 2); i < length; ++i) {
-      pair = (pair << 8 | buf[i]) & 0xFFFF;
-    }
-    buf += length;
-    n -= length;
+  cache_->count(pair, buf, n);
+  credit_counted();
+  if (cache_->is_full()) {
+    fold();
+    cache_->clear();
+    cache_->count_waiting();
+    credit_counted();
   }
+  unfolded_ += n;
+  if (unfolded_ >= kFoldAfter) fold();
 }
 
-void TrigramScorer::feed_piece(unsigned pair, const unsigned char* buf, size_t n) {
+// Credits the trigrams counted.
+void TrigramScorer::credit_counted() {
   constexpr size_t kAhead = 8;
-  cache_->count(pair, buf, n);
   const uint16_t* const counted = cache_->counted();
   const size_t nb_counted = cache_->nb_counted();
   uint16_t* pending = pending_.data() + nb_pending_;
@@ -85,7 +80,6 @@ void TrigramScorer::feed_piece(unsigned pair, const unsigned char* buf, size_t n
   }
   nb_pending_ = static_cast<size_t>(pending - pending_.data());
   lists_->drain(&run_);
-  unfolded_ += n;
 }
 
 void TrigramScorer::credit_odd(const Trigram& trigram, uint32_t times) {
@@ -103,10 +97,8 @@ void TrigramScorer::fold() {
   for (int byte = 0; byte < kNbBytes; ++byte) {
     const size_t to = ends_[byte];
     if (occurrences_[byte] == 0) continue;
-    alignas(64) uint32_t covered[kLanes] = {};
-    cover(by_byte_.get() + from, by_byte_.get() + to, covered);
-    if (!odd_.empty()) cover_odd(covered, byte);
-    unigram_rows_.add(byte, occurrences_[byte], covered, &unigrams_);
+    add_unigrams(byte, by_byte_.get() + from, by_byte_.get() + to);
+    if (!odd_.empty()) uncover_odd(byte);
     from = to;
   }
   forget_pending();
@@ -131,39 +123,56 @@ void TrigramScorer::sort_pending() {
   for (size_t i = 0; i < nb_pending_; ++i) {
     const uint16_t number = pending_[i];
     const Trigram& t = cache_->trigram(number);
+    __builtin_prefetch(&cache_->models(number));
     // An odd trigram covers nothing here.
     by_byte_[ends_[t.last_byte()]++] = {&cache_->models(number), cache_->rest(number).pending};
     if (t.shape == TrigramRows::kOdd) odd_.push_back(number);
   }
 }
 
-void TrigramScorer::cover(const CoverTimes* first, const CoverTimes* last,
-                          uint32_t* covered) const {
+// Adds the cost of a byte, all of whose occurrences are with the trigrams from `first` on.
+void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverTimes* last) {
+  uint32_t count = occurrences_[byte];
+  const auto add = [&](const CoverTimes* sets, size_t nb_sets) {
+    alignas(64) uint16_t covered[kMostModels];
+    add_covered_(sets, nb_sets, covered);
+    unigram_rows_.add(byte, count, covered, &unigrams_);
+    count = 0;
+  };
   while (first != last) {
     const CoverTimes* end = first;
     uint32_t total = 0;
     while (end != last && end->times <= kMostCovered - total) total += (end++)->times;
-    add_covered_(first, static_cast<size_t>(end - first), covered);
+    add(first, static_cast<size_t>(end - first));
     if (end == last) return;
     // The next one alone, as often as it takes.
     CoverTimes part = *end;
     for (uint32_t left = end->times; left != 0; left -= part.times) {
       part.times = std::min(left, kMostCovered);
-      add_covered_(&part, 1, covered);
+      add(&part, 1);
     }
     first = end + 1;
   }
 }
 
-void TrigramScorer::cover_odd(uint32_t* covered, int byte) const {
+// Takes off what odd trigrams that end in a byte cover.
+void TrigramScorer::uncover_odd(int byte) {
+  // Each of at most 127 values may cover a model.
+  constexpr uint32_t kMostTimes = kMostCovered / 127;
   for (const uint16_t number : odd_) {
     const Trigram& t = cache_->trigram(number);
     if (t.last_byte() != byte) continue;
-    for (const uint16_t value : rows_.values(t)) {
-      for (size_t m = 0; m < kMostModels; ++m) {
-        const bool counts = (rows_.models_of(value).words[m / 64] >> m % 64 & 1) != 0;
-        covered[m] += counts ? cache_->rest(number).pending : 0;
+    for (uint32_t left = cache_->rest(number).pending; left != 0;) {
+      const uint32_t times = std::min(left, kMostTimes);
+      alignas(64) uint16_t covered[kMostModels] = {};
+      for (const uint16_t value : rows_.values(t)) {
+        for (size_t m = 0; m < kMostModels; ++m) {
+          const bool counts = (rows_.models_of(value).words[m / 64] >> m % 64 & 1) != 0;
+          covered[m] = static_cast<uint16_t>(covered[m] + (counts ? times : 0));
+        }
       }
+      unigram_rows_.add(byte, 0, covered, &unigrams_);
+      left -= times;
     }
   }
 }

@@ -58,13 +58,13 @@ class TrigramScorer {
   const LaneSums& unigrams();
 
  private:
-  void feed_piece(unsigned pair, const unsigned char* buf, size_t n);
+  void credit_counted();
   void credit_odd(const Trigram& trigram, uint32_t times);
   void fold();
   void sort_pending();
   void forget_pending();
-  void cover(const CoverTimes* first, const CoverTimes* last, uint32_t* covered) const;
-  void cover_odd(uint32_t* covered, int byte) const;
+  void add_unigrams(int byte, const CoverTimes* first, const CoverTimes* last);
+  void uncover_odd(int byte);
 
   LaneOrder lane_of_ = {};
   UnigramRows unigram_rows_;

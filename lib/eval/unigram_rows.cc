@@ -1,5 +1,7 @@
 #include "lib/eval/unigram_rows.h"
 
+#include <immintrin.h>
+
 #include "lib/mgroup/group_format.h"
 
 namespace orva {
@@ -21,17 +23,18 @@ bool UnigramRows::build(const std::vector<int>& fact_of, const UlpEntry* const* 
 
 void UnigramRows::use_plain_vectors() { add_ = add_plain; }
 
-// `Bytes` are half as long as `Longs`.
-template <typename Bytes, typename Words, typename Longs>
+// `Bytes` and `Shorts` are half as long as `Longs`.
+template <typename Bytes, typename Shorts, typename Words, typename Longs>
 __attribute__((always_inline)) inline void UnigramRows::add_row(const Row& row, uint32_t count,
-                                                                const uint32_t* covered,
+                                                                const uint16_t* covered,
                                                                 LaneSums* sums) {
   constexpr size_t kStep = sizeof(Longs) / sizeof(uint32_t);
   for (size_t m = 0; m < kLanes; m += kStep) {
     const Words words =
         __builtin_convertvector(*reinterpret_cast<const Bytes*>(row.models + m), Words);
     const Longs value = reinterpret_cast<Longs>(words);
-    const Longs times = count - *reinterpret_cast<const Longs*>(covered + m);
+    const Longs times =
+        count - __builtin_convertvector(*reinterpret_cast<const Shorts*>(covered + m), Longs);
     *reinterpret_cast<Longs*>(sums->sums + m) += (value & kSumMask) * times;
     *reinterpret_cast<Longs*>(sums->counts + m) += (value >> kCountShift) * times;
   }
@@ -40,32 +43,41 @@ __attribute__((always_inline)) inline void UnigramRows::add_row(const Row& row, 
 namespace {
 
 using Bytes8 = uint8_t __attribute__((vector_size(8), may_alias));
-using Words8 = uint16_t __attribute__((vector_size(16)));
+using Shorts4 = uint16_t __attribute__((vector_size(8), may_alias));
+using Words8 = uint16_t __attribute__((vector_size(16), may_alias));
 using Longs4 = uint32_t __attribute__((vector_size(16), may_alias));
 using Bytes16 = uint8_t __attribute__((vector_size(16), may_alias));
 using Words16 = uint16_t __attribute__((vector_size(32)));
 using Longs8 = uint32_t __attribute__((vector_size(32), may_alias));
-using Bytes32 = uint8_t __attribute__((vector_size(32), may_alias));
-using Words32 = uint16_t __attribute__((vector_size(64)));
 using Longs16 = uint32_t __attribute__((vector_size(64), may_alias));
 
 }  // namespace
 
-void UnigramRows::add_plain(const Row& row, uint32_t count, const uint32_t* covered,
+void UnigramRows::add_plain(const Row& row, uint32_t count, const uint16_t* covered,
                             LaneSums* sums) {
-  add_row<Bytes8, Words8, Longs4>(row, count, covered, sums);
+  add_row<Bytes8, Shorts4, Words8, Longs4>(row, count, covered, sums);
 }
 
 __attribute__((target("avx2"))) void UnigramRows::add_avx2(const Row& row, uint32_t count,
-                                                           const uint32_t* covered,
+                                                           const uint16_t* covered,
                                                            LaneSums* sums) {
-  add_row<Bytes16, Words16, Longs8>(row, count, covered, sums);
+  add_row<Bytes16, Words8, Words16, Longs8>(row, count, covered, sums);
 }
 
+// By hand, for the compiler would widen each vector in two halves.
 __attribute__((target("avx512bw"))) void UnigramRows::add_avx512(const Row& row, uint32_t count,
-                                                                 const uint32_t* covered,
+                                                                 const uint16_t* covered,
                                                                  LaneSums* sums) {
-  add_row<Bytes32, Words32, Longs16>(row, count, covered, sums);
+  for (size_t m = 0; m < kLanes; m += 16) {
+    const __m512i words =
+        _mm512_cvtepu8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(row.models + m)));
+    const auto value = reinterpret_cast<Longs16>(words);
+    const __m512i not_times = _mm512_maskz_cvtepu16_epi32(
+        0xFFFF, _mm256_load_si256(reinterpret_cast<const __m256i*>(covered + m)));
+    const Longs16 times = count - reinterpret_cast<Longs16>(not_times);
+    *reinterpret_cast<Longs16*>(sums->sums + m) += (value & kSumMask) * times;
+    *reinterpret_cast<Longs16*>(sums->counts + m) += (value >> kCountShift) * times;
+  }
 }
 
 }  // namespace orva

@@ -25,8 +25,8 @@ class UnigramRows {
   void use_plain_vectors();
 
   // Adds to `sums`, by model, what `count` occurrences of a byte cost, of which covered[m] are
-  // covered for model m.
-  void add(int byte, uint32_t count, const uint32_t* covered, LaneSums* sums) const {
+  // covered for model m; more than all of them, when this byte's others come in another call.
+  void add(int byte, uint32_t count, const uint16_t* covered, LaneSums* sums) const {
     add_(rows_[static_cast<size_t>(byte)], count, covered, sums);
   }
 
@@ -34,13 +34,13 @@ class UnigramRows {
   struct alignas(64) Row {
     LaneValue models[kLanes] = {};
   };
-  using Add = void (*)(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+  using Add = void (*)(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
 
-  template <typename Bytes, typename Words, typename Longs>
-  static void add_row(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
-  static void add_plain(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
-  static void add_avx2(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
-  static void add_avx512(const Row& row, uint32_t count, const uint32_t* covered, LaneSums* sums);
+  template <typename Bytes, typename Shorts, typename Words, typename Longs>
+  static void add_row(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
+  static void add_plain(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
+  static void add_avx2(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
+  static void add_avx512(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
 
   std::vector<Row> rows_;
   Add add_ = add_plain;

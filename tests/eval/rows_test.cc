@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -103,16 +104,17 @@ TEST(Coverage, AllAddAlike) {
   std::mt19937 random(3);
   std::vector<ModelSet> sets(300);
   std::vector<CoverTimes> added;
-  std::vector<uint32_t> expected(kMostModels, 5);
+  std::array<uint16_t, kMostModels> expected = {};
   for (ModelSet& set : sets) {
     for (uint64_t& word : set.words) word = uint64_t{random()} << 32 | random();
     added.push_back({&set, 1 + static_cast<uint32_t>(random()) % 200});
     for (size_t m = 0; m < kMostModels; ++m) {
-      expected[m] += (set.words[m / 64] >> m % 64 & 1) != 0 ? added.back().times : 0;
+      const bool is_in = (set.words[m / 64] >> m % 64 & 1) != 0;
+      expected[m] = static_cast<uint16_t>(expected[m] + (is_in ? added.back().times : 0));
     }
   }
   for (const AddCovered add : cover_adders()) {
-    std::vector<uint32_t> covered(kMostModels, 5);
+    alignas(64) std::array<uint16_t, kMostModels> covered;
     add(added.data(), added.size(), covered.data());
     EXPECT_EQ(covered, expected);
   }
@@ -123,9 +125,9 @@ TEST(Coverage, AModelIsCoveredAsOftenAsIsPromised) {
   std::fill(std::begin(all.words), std::end(all.words), ~uint64_t{0});
   const CoverTimes added[] = {{&all, 65000}, {&all, kMostCovered - 65000}};
   for (const AddCovered add : cover_adders()) {
-    std::vector<uint32_t> covered(kMostModels, 0);
+    alignas(64) std::array<uint16_t, kMostModels> covered;
     add(added, 2, covered.data());
-    EXPECT_EQ(covered, std::vector<uint32_t>(kMostModels, kMostCovered));
+    for (const uint16_t times : covered) EXPECT_EQ(times, kMostCovered);
   }
 }
 
