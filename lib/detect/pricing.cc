@@ -166,9 +166,10 @@ void Pricing::price_whole(std::string_view sample, Reading* reading) const {
   const Alphabet& alphabet = alphabet_of(reading->charsets.front());
   const Placement placement(alphabet, counts);
   const double extra = placement.cost(sample, 0, sample.size());
-  for (size_t h = 0; h < homes_.all().size(); ++h) {
+  const std::vector<Rewriting>& rewritings = homes_.rewritings(reading->charsets.front());
+  for (const size_t h : reading->possible->homes) {
     const Home& home = homes_.all()[h];
-    const Rewriting& rewriting = homes_.rewritings(reading->charsets.front())[h];
+    const Rewriting& rewriting = rewritings[h];
     if (lacks_letters(rewriting, counts, placement)) continue;
     CostSums sums(home.models);
     sums.add(normalised(without_markup(rewriting.apply(sample))), 0);

@@ -25,6 +25,9 @@ constexpr char kGerman[] =
     "Am Morgen gingen wir zum Fluß, um Fische zu fangen, aber das Wasser war so kühl, daß niemand "
     "länger als nötig blieb. Später aßen wir Brötchen, tranken süßen Tee und hörten den Vögeln zu.";
 
+const std::vector<const char*> kReadings = {"windows-1252", "IBM850", "macintosh", "KOI8-R",
+                                            "windows-1251"};
+
 std::string in(const char* charset, const std::string& text) {
   Conversion out;
   EXPECT_EQ(encode_text(*find_charset(charset), text, &out), kConverted) << charset;
@@ -72,12 +75,13 @@ class HomesTest : public testing::Test {
   }
 
   // The costs of one reading, all readings asked until they are so many nats behind.
-  std::vector<std::vector<double>> costs(const std::string& bytes, double margin) {
+  std::vector<std::vector<double>> costs(const std::string& bytes, double margin,
+                                         const std::vector<const char*>& names = kReadings) {
     const TrialText text(high_segments(normalised(bytes)));
     const std::vector<double> base(tables_->languages().size(), 0);
     const PossibleLanguages possible = tables_->homes().possible(kAllScripts, {});
     std::vector<Reading> readings;
-    for (const char* name : {"windows-1252", "IBM850", "macintosh", "KOI8-R", "windows-1251"}) {
+    for (const char* name : names) {
       Reading reading;
       reading.charsets = {find_charset_index(name)};
       reading.table = single_byte_table(reading.charsets.front());
@@ -154,6 +158,16 @@ TEST_F(HomesTest, TextsOneAfterTheOtherAddUp) {
   ListedSums second(tables_->homes().utf8());
   second.add("was cold");
   EXPECT_NEAR(apart.totals()[0], first.totals()[0] + second.totals()[0], 1e-9);
+}
+
+TEST_F(HomesTest, ReadingsThatWriteAlikeCostWhatEachDoesAlone) {
+  const double never = std::numeric_limits<double>::infinity();
+  const std::string bytes = in("windows-1252", kGerman);
+  const std::vector<const char*> names = {"windows-1252", "ISO-8859-15", "ISO-8859-2", "IBM850"};
+  const auto together = costs(bytes, never, names);
+  for (size_t r = 0; r < names.size(); ++r) {
+    EXPECT_EQ(costs(bytes, never, {names[r]}).front(), together[r]) << names[r];
+  }
 }
 
 TEST_F(HomesTest, TrialsMayBeginAgain) {
