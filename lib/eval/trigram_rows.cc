@@ -16,6 +16,7 @@ bool TrigramRows::build(const CLidMGroup& group, const std::vector<int>& fact_of
                         const LaneOrder& lane_of) {
   if (!index_.build(group)) return false;
   group_ = &group;
+  fact_of_ = fact_of;
   lane_of_ = lane_of;
   models_of_.assign(kLanes, ModelSet());
   for (size_t m = 0; m < fact_of.size(); ++m) {
@@ -36,6 +37,15 @@ std::span<const uint16_t> TrigramRows::leaf_values(uint32_t id) const {
   const uint32_t word = group_->lstates[id - 1];
   return {group_->lstates_vals + leaf_first(word),
           static_cast<size_t>(std::max(leaf_count(word), 0))};
+}
+
+void TrigramRows::count_models(const Trigram& trigram, uint16_t* counts) const {
+  uint16_t of_index[kLanes] = {};
+  for (const uint16_t value : values(trigram)) ++of_index[value_index(value)];
+  for (size_t m = 0; m < fact_of_.size(); ++m) {
+    const auto fact = static_cast<size_t>(fact_of_[m]);
+    counts[m] = static_cast<uint16_t>(of_index[m] + (fact != m ? of_index[fact] : 0));
+  }
 }
 
 // In steps, so that the look-ups of one step need not wait for each other.
@@ -69,7 +79,7 @@ void TrigramRows::add_one(std::span<const uint16_t> values, Trigram* trigram, Tr
   ModelSet all;
   for (const uint16_t value : values) {
     mask |= 1U << lane_of_[value_index(value)] / kBlockLanes;
-    const ModelSet& counted = models_of(value);
+    const ModelSet& counted = models_of_[value_index(value)];
     for (size_t w = 0; w < std::size(all.words); ++w) {
       twice |= all.words[w] & counted.words[w];
       all.words[w] |= counted.words[w];

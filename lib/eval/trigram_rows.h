@@ -45,11 +45,11 @@ class TrigramRows {
   void add(Trigram* trigrams, TrigramRest* rests, ModelSet* models, size_t n);
   void clear() { used_ = 0; }
 
-  // The values of a trigram, as a group stores them, and the models that a value counts for.
+  // The values of a trigram, as a group stores them, and how many of them count for each model.
   std::span<const uint16_t> values(const Trigram& trigram) const {
     return leaf_values(index_.find(trigram.pair(), trigram.last_byte()));
   }
-  const ModelSet& models_of(uint16_t value) const { return models_of_[value & 0xFF]; }
+  void count_models(const Trigram& trigram, uint16_t* counts) const;
   const LaneValue* row(uint32_t first) const { return blocks_[first].lanes; }
   const std::vector<RowShape>& shapes() const { return shapes_; }
 
@@ -67,6 +67,7 @@ class TrigramRows {
   uint8_t shape_of(unsigned mask);
 
   const CLidMGroup* group_ = nullptr;
+  std::vector<int> fact_of_;
   LaneOrder lane_of_ = {};
   std::vector<ModelSet> models_of_;  // by accumulator index
   TrigramIndex index_;

@@ -1,7 +1,6 @@
 #include "lib/eval/trigram_scorer.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "lib/mgroup/group_format.h"
 #include "lib/mgroup/lid_mgroup.h"
@@ -23,6 +22,7 @@ bool TrigramScorer::build(const CLidMGroup& group, const std::vector<int>& fact_
   lists_ =
       std::make_unique<RowLists>(&rows_.shapes(), TrigramRows::kMostShapes, row_adders().back());
   pending_.resize(TrigramCache::kMostTrigrams + 1);
+  odd_.reserve(TrigramCache::kMostTrigrams);
   by_byte_ = std::make_unique_for_overwrite<CoverTimes[]>(TrigramCache::kMostTrigrams);
   return true;
 }
@@ -98,9 +98,9 @@ void TrigramScorer::fold() {
     const size_t to = ends_[byte];
     if (occurrences_[byte] == 0) continue;
     add_unigrams(byte, by_byte_.get() + from, by_byte_.get() + to);
-    if (!odd_.empty()) uncover_odd(byte);
     from = to;
   }
+  for (const uint16_t number : odd_) uncover_odd(number);
   forget_pending();
 }
 
@@ -155,25 +155,18 @@ void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverT
   }
 }
 
-// Takes off what odd trigrams that end in a byte cover.
-void TrigramScorer::uncover_odd(int byte) {
+// Takes off what an odd trigram covers.
+void TrigramScorer::uncover_odd(uint16_t number) {
   // Each of at most 127 values may cover a model.
   constexpr uint32_t kMostTimes = kMostCovered / 127;
-  for (const uint16_t number : odd_) {
-    const Trigram& t = cache_->trigram(number);
-    if (t.last_byte() != byte) continue;
-    for (uint32_t left = cache_->rest(number).pending; left != 0;) {
-      const uint32_t times = std::min(left, kMostTimes);
-      alignas(64) uint16_t covered[kMostModels] = {};
-      for (const uint16_t value : rows_.values(t)) {
-        for (size_t m = 0; m < kMostModels; ++m) {
-          const bool counts = (rows_.models_of(value).words[m / 64] >> m % 64 & 1) != 0;
-          covered[m] = static_cast<uint16_t>(covered[m] + (counts ? times : 0));
-        }
-      }
-      unigram_rows_.add(byte, 0, covered, &unigrams_);
-      left -= times;
-    }
+  const Trigram& t = cache_->trigram(number);
+  for (uint32_t left = cache_->rest(number).pending; left != 0;) {
+    const uint32_t times = std::min(left, kMostTimes);
+    alignas(64) uint16_t covered[kMostModels] = {};
+    rows_.count_models(t, covered);
+    for (uint16_t& count : covered) count = static_cast<uint16_t>(count * times);
+    unigram_rows_.add(t.last_byte(), 0, covered, &unigrams_);
+    left -= times;
   }
 }
 

@@ -64,7 +64,7 @@ class TrigramScorer {
   void sort_pending();
   void forget_pending();
   void add_unigrams(int byte, const CoverTimes* first, const CoverTimes* last);
-  void uncover_odd(int byte);
+  void uncover_odd(uint16_t number);
 
   LaneOrder lane_of_ = {};
   UnigramRows unigram_rows_;
