@@ -62,18 +62,23 @@ void TrigramRows::add(Trigram* trigrams, TrigramRest* rests, ModelSet* models, s
     }
     std::span<const uint16_t> values[kBatch];
     for (size_t i = from; i < to; ++i) {
+      if (ids[i - from] == TrigramIndex::kNone) continue;
       values[i - from] = leaf_values(ids[i - from]);
       __builtin_prefetch(values[i - from].data());
       __builtin_prefetch(values[i - from].data() + kInCacheLine);
     }
     for (size_t i = from; i < to; ++i) {
-      add_one(values[i - from], &trigrams[i], &rests[i], &models[i]);
+      if (ids[i - from] == TrigramIndex::kNone) {
+        trigrams[i].shape = kLeafless;
+      } else {
+        add_leaf(values[i - from], &trigrams[i], &rests[i], &models[i]);
+      }
     }
   }
 }
 
-void TrigramRows::add_one(std::span<const uint16_t> values, Trigram* trigram, TrigramRest* rest,
-                          ModelSet* models) {
+void TrigramRows::add_leaf(std::span<const uint16_t> values, Trigram* trigram, TrigramRest* rest,
+                           ModelSet* models) {
   unsigned mask = 0;
   uint64_t twice = 0;
   ModelSet all;

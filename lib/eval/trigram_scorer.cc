@@ -60,23 +60,24 @@ void TrigramScorer::credit_counted() {
   for (size_t i = 0; i < nb_counted; ++i) {
     if (i + kAhead < nb_counted) __builtin_prefetch(&cache_->rest(counted[i + kAhead]));
     Trigram& t = cache_->trigram(counted[i]);
-    TrigramRest& rest = cache_->rest(counted[i]);
     const uint32_t times = t.count;
     t.count = 0;
+    occurrences_[t.last_byte()] += times;
+    if (t.shape == TrigramRows::kLeafless) continue;
+    TrigramRest& rest = cache_->rest(counted[i]);
     *pending = counted[i];
     const unsigned newly = rest.pending == 0 ? 1 : 0;
     pending += newly;
     rest.pending += times;
     ends_[t.last_byte()] += newly;
-    occurrences_[t.last_byte()] += times;
-    if (t.shape != TrigramRows::kOdd) {
-      const LaneValue* row = rows_.row(rest.row);
-      __builtin_prefetch(row);
-      __builtin_prefetch(row + kBlockLanes);
-      lists_->add(t.shape, row, times, &run_);
-    } else {
+    if (t.shape == TrigramRows::kOdd) {
       credit_odd(t, times);
+      continue;
     }
+    const LaneValue* row = rows_.row(rest.row);
+    __builtin_prefetch(row);
+    __builtin_prefetch(row + kBlockLanes);
+    lists_->add(t.shape, row, times, &run_);
   }
   nb_pending_ = static_cast<size_t>(pending - pending_.data());
   lists_->drain(&run_);
@@ -139,7 +140,7 @@ void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverT
     unigram_rows_.add(byte, count, covered, &unigrams_);
     count = 0;
   };
-  while (first != last) {
+  for (;;) {
     const CoverTimes* end = first;
     uint32_t total = 0;
     while (end != last && end->times <= kMostCovered - total) total += (end++)->times;
