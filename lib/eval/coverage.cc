@@ -42,18 +42,40 @@ __attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, s
   }
 }
 
-void add_sets_plain(const CoverTimes* sets, size_t count, uint16_t* covered) {
+void add_sets_plain(const CoverTimes* sets, size_t count, uint32_t /*total*/, uint16_t* covered) {
   add_covered<uint8_t, Words8>(sets, count, covered);
 }
 
 __attribute__((target("avx2"))) void add_sets_avx2(const CoverTimes* sets, size_t count,
-                                                   uint16_t* covered) {
+                                                   uint32_t /*total*/, uint16_t* covered) {
   add_covered<uint16_t, Words16>(sets, count, covered);
 }
 
+// Totals of a byte each, when all times together are one at most: half as many vectors.
+__attribute__((target("avx512bw"))) void add_few_avx512(const CoverTimes* sets, size_t count,
+                                                        uint16_t* covered) {
+  constexpr size_t kNbWords = kMostModels / 64;
+  __m512i totals[kNbWords];
+  for (__m512i& total : totals) total = _mm512_setzero_si512();
+  for (const CoverTimes* s = sets; s != sets + count; ++s) {
+    const __m512i times = _mm512_set1_epi8(static_cast<int8_t>(s->times));
+#pragma GCC unroll 4
+    for (size_t v = 0; v < kNbWords; ++v) {
+      totals[v] = _mm512_mask_add_epi8(totals[v], s->models->words[v], totals[v], times);
+    }
+  }
+  const auto* bytes = reinterpret_cast<const __m256i*>(totals);
+#pragma GCC unroll 8
+  for (size_t v = 0; v < 2 * kNbWords; ++v) {
+    _mm512_store_si512(covered + 32 * v, _mm512_cvtepu8_epi16(bytes[v]));
+  }
+}
+
 __attribute__((target("avx512bw"))) void add_sets_avx512(const CoverTimes* sets, size_t count,
-                                                         uint16_t* covered) {
+                                                         uint32_t total, uint16_t* covered) {
+  constexpr uint32_t kFew = 255;
   constexpr size_t kStep = 32;
+  if (total <= kFew) return add_few_avx512(sets, count, covered);
   for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
     __m512i totals[kAtOnce];
     for (__m512i& total : totals) total = _mm512_setzero_si512();

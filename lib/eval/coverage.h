@@ -22,9 +22,10 @@ struct CoverTimes {
 };
 
 // Stores in covered[m], for each model m of kMostModels, the times of the sets that have it
-// together. REQUIRES: all times together are kMostCovered at most; `covered` is aligned to 64
-// bytes.
-using AddCovered = void (*)(const CoverTimes* sets, size_t count, uint16_t* covered);
+// together. All times together are `total`. REQUIRES: total <= kMostCovered; `covered` is aligned
+// to 64 bytes.
+using AddCovered = void (*)(const CoverTimes* sets, size_t count, uint32_t total,
+                            uint16_t* covered);
 inline constexpr uint32_t kMostCovered = 65535;
 
 // All that this machine can run, the plain one first and the fastest last.

@@ -134,9 +134,9 @@ void TrigramScorer::sort_pending() {
 // Adds the cost of a byte, all of whose occurrences are with the trigrams from `first` on.
 void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverTimes* last) {
   uint32_t count = occurrences_[byte];
-  const auto add = [&](const CoverTimes* sets, size_t nb_sets) {
+  const auto add = [&](const CoverTimes* sets, size_t nb_sets, uint32_t total) {
     alignas(64) uint16_t covered[kMostModels];
-    add_covered_(sets, nb_sets, covered);
+    add_covered_(sets, nb_sets, total, covered);
     unigram_rows_.add(byte, count, covered, &unigrams_);
     count = 0;
   };
@@ -144,13 +144,13 @@ void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverT
     const CoverTimes* end = first;
     uint32_t total = 0;
     while (end != last && end->times <= kMostCovered - total) total += (end++)->times;
-    add(first, static_cast<size_t>(end - first));
+    add(first, static_cast<size_t>(end - first), total);
     if (end == last) return;
     // The next one alone, as often as it takes.
     CoverTimes part = *end;
     for (uint32_t left = end->times; left != 0; left -= part.times) {
       part.times = std::min(left, kMostCovered);
-      add(&part, 1);
+      add(&part, 1, part.times);
     }
     first = end + 1;
   }

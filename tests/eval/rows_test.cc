@@ -100,14 +100,16 @@ TEST(RowLists, RowsAreAddedHoweverOftenAndHoweverMany) {
   EXPECT_TRUE(sums == expected);
 }
 
-TEST(Coverage, AllAddAlike) {
-  std::mt19937 random(3);
-  std::vector<ModelSet> sets(300);
+// Random sets, of which each comes `most` times at most.
+void expect_all_add_alike(std::mt19937* random, size_t nb_sets, uint32_t most) {
+  std::vector<ModelSet> sets(nb_sets);
   std::vector<CoverTimes> added;
+  uint32_t total = 0;
   std::array<uint16_t, kMostModels> expected = {};
   for (ModelSet& set : sets) {
-    for (uint64_t& word : set.words) word = uint64_t{random()} << 32 | random();
-    added.push_back({&set, 1 + static_cast<uint32_t>(random()) % 200});
+    for (uint64_t& word : set.words) word = uint64_t{(*random)()} << 32 | (*random)();
+    added.push_back({&set, 1 + static_cast<uint32_t>((*random)()) % most});
+    total += added.back().times;
     for (size_t m = 0; m < kMostModels; ++m) {
       const bool is_in = (set.words[m / 64] >> m % 64 & 1) != 0;
       expected[m] = static_cast<uint16_t>(expected[m] + (is_in ? added.back().times : 0));
@@ -115,19 +117,30 @@ TEST(Coverage, AllAddAlike) {
   }
   for (const AddCovered add : cover_adders()) {
     alignas(64) std::array<uint16_t, kMostModels> covered;
-    add(added.data(), added.size(), covered.data());
-    EXPECT_EQ(covered, expected);
+    add(added.data(), added.size(), total, covered.data());
+    EXPECT_EQ(covered, expected) << nb_sets << " sets, " << total << " times";
   }
+}
+
+TEST(Coverage, AllAddAlike) {
+  std::mt19937 random(3);
+  expect_all_add_alike(&random, 0, 1);
+  expect_all_add_alike(&random, 255, 1);
+  expect_all_add_alike(&random, 50, 5);
+  expect_all_add_alike(&random, 256, 1);
+  expect_all_add_alike(&random, 300, 200);
 }
 
 TEST(Coverage, AModelIsCoveredAsOftenAsIsPromised) {
   ModelSet all;
   std::fill(std::begin(all.words), std::end(all.words), ~uint64_t{0});
-  const CoverTimes added[] = {{&all, 65000}, {&all, kMostCovered - 65000}};
-  for (const AddCovered add : cover_adders()) {
-    alignas(64) std::array<uint16_t, kMostModels> covered;
-    add(added, 2, covered.data());
-    for (const uint16_t times : covered) EXPECT_EQ(times, kMostCovered);
+  for (const uint32_t most : {uint32_t{255}, uint32_t{256}, kMostCovered}) {
+    const CoverTimes added[] = {{&all, 200}, {&all, most - 200}};
+    for (const AddCovered add : cover_adders()) {
+      alignas(64) std::array<uint16_t, kMostModels> covered;
+      add(added, 2, most, covered.data());
+      for (const uint16_t times : covered) EXPECT_EQ(times, most);
+    }
   }
 }
 
