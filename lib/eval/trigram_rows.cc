@@ -27,6 +27,7 @@ bool TrigramRows::build(const CLidMGroup& group, const std::vector<int>& fact_of
   blocks_ = std::make_unique_for_overwrite<Block[]>(kMostBlocks);
   shapes_.reserve(kMostShapes);
   shapes_.emplace_back(kAllBlocks);
+  shapes_.emplace_back(0);
   shape_of_.fill(kOdd);
   return true;
 }
@@ -70,6 +71,7 @@ void TrigramRows::add(Trigram* trigrams, TrigramRest* rests, ModelSet* models, s
     for (size_t i = from; i < to; ++i) {
       if (ids[i - from] == TrigramIndex::kNone) {
         trigrams[i].shape = kLeafless;
+        rests[i] = {0, 0};
       } else {
         add_leaf(values[i - from], &trigrams[i], &rests[i], &models[i]);
       }

@@ -1,6 +1,6 @@
 // TrigramRows: the values of trigrams as rows of lanes, made when a trigram is first asked for.
 //
-// A trigram without a leaf has no row. Leaves of a built group have at most one value
+// A trigram without a leaf has a row without blocks. Leaves of a built group have at most one value
 // that counts for a model; those of others, the odd ones, have no row and are read value by value.
 //
 // Life cycle: build once; add until there is no room, then clear.
@@ -30,9 +30,8 @@ class TrigramRows {
  public:
   // Few shapes make long lists of rows to add; a row of another shape takes a wider one.
   static constexpr size_t kMostShapes = 64;
-  // In place of a shape.
-  static constexpr uint8_t kLeafless = 254;
-  static constexpr uint8_t kOdd = 255;
+  static constexpr uint8_t kLeafless = 1;  // the shape without blocks
+  static constexpr uint8_t kOdd = 255;     // in place of a shape
 
   // `fact_of[m]` is the accumulator index of the fact set of model m, or m itself without one.
   // False when the automaton is no trie of trigrams. The group must outlive it.

@@ -63,12 +63,14 @@ void TrigramScorer::credit_counted() {
     const uint32_t times = t.count;
     t.count = 0;
     occurrences_[t.last_byte()] += times;
-    if (t.shape == TrigramRows::kLeafless) continue;
+    // Without a leaf it covers nothing; no branch depends on that, nor on whether it is the first.
+    const uint32_t has_leaf = t.shape != TrigramRows::kLeafless ? 1 : 0;
+    const uint32_t covering = times & (0 - has_leaf);
     TrigramRest& rest = cache_->rest(counted[i]);
     *pending = counted[i];
-    const unsigned newly = rest.pending == 0 ? 1 : 0;
+    const uint32_t newly = (rest.pending == 0 ? 1 : 0) & has_leaf;
     pending += newly;
-    rest.pending += times;
+    rest.pending += covering;
     ends_[t.last_byte()] += newly;
     if (t.shape == TrigramRows::kOdd) {
       credit_odd(t, times);
