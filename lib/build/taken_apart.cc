@@ -50,6 +50,16 @@ void print_cost(FILE* out, float cost, char behind) {
   fputc(behind, out);
 }
 
+// Calls visit(byte, child) for the children of an internal state.
+template <typename Visit>
+void for_each_child(const CLidMGroup& group, int state, Visit visit) {
+  unsigned char buffer[kNbBytes];
+  int count = 0;
+  int first = 0;
+  const unsigned char* bytes = group.istate_get_chrs_and_offset(state, buffer, &count, &first);
+  for (int k = 0; k < count; ++k) visit(uint32_t{bytes[k]}, group.child(state, bytes[k]));
+}
+
 }  // namespace
 
 TakenApart::TakenApart(const CLidMGroup& group) : min_for_direct_(group.min_for_direct) {
@@ -85,6 +95,10 @@ void TakenApart::take_records(const CLidMGroup& group) {
 // Gives a code to the model, or to all models of the set, that an accumulator index stands for.
 void TakenApart::add(int index, Costs Model::*costs, Code code) {
   const int set = index - nb_models();
+  if (set >= static_cast<int>(members_.size())) {
+    is_built_ = false;
+    return;
+  }
   if (set < 0) {
     (models_[static_cast<size_t>(index)].*costs).codes.push_back(code);
     return;
@@ -96,30 +110,32 @@ void TakenApart::add(int index, Costs Model::*costs, Code code) {
 
 void TakenApart::take_leaf(const CLidMGroup& group, int leaf, uint32_t trigram) {
   const uint32_t word = group.lstates[leaf];
-  const uint16_t* values = group.lstates_vals + leaf_first(word);
-  for (int k = 0; k < leaf_count_unsigned(word); ++k) {
-    add(value_index(values[k]), &Model::trigrams,
-        {trigram, static_cast<unsigned char>(value_cost(values[k]))});
+  const int first = leaf_first(word);
+  const int count = leaf_count_unsigned(word);
+  if (first < 0 || int64_t{first} + count > group.lstates_vals_tsize) {
+    is_built_ = false;
+    return;
+  }
+  for (int v = first; v < first + count; ++v) {
+    const uint16_t value = group.lstates_vals[v];
+    add(value_index(value), &Model::trigrams,
+        {trigram, static_cast<unsigned char>(value_cost(value))});
   }
 }
 
+// A loaded group may lead anywhere; only states of depth 1 and 2 are known to be no leaves.
 void TakenApart::take_trigrams(const CLidMGroup& group) {
-  unsigned char buffers[3][kNbBytes];
-  int counts[3];
-  int firsts[3];
-  const auto* first = group.istate_get_chrs_and_offset(0, buffers[0], &counts[0], &firsts[0]);
-  for (int i = 0; i < counts[0]; ++i) {
-    const auto* second =
-        group.istate_get_chrs_and_offset(firsts[0] + i, buffers[1], &counts[1], &firsts[1]);
-    for (int j = 0; j < counts[1]; ++j) {
-      const auto* third =
-          group.istate_get_chrs_and_offset(firsts[1] + j, buffers[2], &counts[2], &firsts[2]);
-      for (int k = 0; k < counts[2]; ++k) {
-        const auto trigram = static_cast<uint32_t>(first[i] << 16 | second[j] << 8 | third[k]);
-        take_leaf(group, firsts[2] + k - group.nb_istates, trigram);
-      }
-    }
-  }
+  for_each_child(group, 0, [&](uint32_t a, int one) {
+    for_each_child(group, one, [&](uint32_t b, int two) {
+      for_each_child(group, two, [&](uint32_t c, int three) {
+        if (three < group.nb_istates) {
+          is_built_ = false;
+          return;
+        }
+        take_leaf(group, three - group.nb_istates, a << 16 | b << 8 | c);
+      });
+    });
+  });
 }
 
 void TakenApart::take_bytes(const CLidMGroup& group) {
@@ -170,6 +186,7 @@ bool TakenApart::costs_of(const Costs& costs, std::vector<float>* out) {
 }
 
 std::string TakenApart::write(int model, const std::string& path) const {
+  if (!is_built_) return "the group was not built of models";
   const Model& m = at(model);
   std::vector<float> trigrams;
   std::vector<float> seen;

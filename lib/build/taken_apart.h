@@ -66,6 +66,7 @@ class TakenApart {
 
   std::vector<Model> models_;
   std::vector<std::vector<int>> members_;  // by fact set
+  bool is_built_ = true;  // no place of the group is one that building does not make
   int min_for_direct_ = 0;
   char flags_[5] = {};  // as the header line of a model has them
 };

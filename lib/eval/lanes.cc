@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <span>
 #include <vector>
 
 #include "lib/mgroup/group_format.h"
@@ -16,15 +17,24 @@ constexpr int kSampling = 16;
 // How many of the sampled leaves credit both of two indices.
 using Together = std::vector<std::array<float, kLanes>>;
 
+// The values of a leaf; none when they lie outside their table, as those of leaves that no trigram
+// leads to may.
+std::span<const uint16_t> values_of(const CLidMGroup& group, int leaf) {
+  const uint32_t word = group.lstates[leaf];
+  const int first = leaf_first(word);
+  const int count = leaf_count(word);
+  if (first < 0 || count <= 0 || int64_t{first} + count > group.lstates_vals_tsize) return {};
+  return {group.lstates_vals + first, static_cast<size_t>(count)};
+}
+
 Together count_together(const CLidMGroup& group) {
   Together together(kLanes);
   for (auto& row : together) row.fill(0);
   for (int leaf = 0; leaf < group.lstates_tsize; leaf += kSampling) {
-    const uint32_t word = group.lstates[leaf];
-    const uint16_t* values = group.lstates_vals + leaf_first(word);
-    for (int v = 0; v < leaf_count(word); ++v) {
-      auto& row = together[value_index(values[v])];
-      for (int w = 0; w < leaf_count(word); ++w) row[value_index(values[w])] += 1;
+    const std::span<const uint16_t> values = values_of(group, leaf);
+    for (const uint16_t value : values) {
+      auto& row = together[value_index(value)];
+      for (const uint16_t other : values) row[value_index(other)] += 1;
     }
   }
   return together;

@@ -117,6 +117,34 @@ TEST_F(TakenApartTest, AGroupThatNoModelsMakeIsRefused) {
   EXPECT_NE(TakenApart(group).write(0, dir_ / "none/out.tri"), "");
 }
 
+// What no walk trusts is loaded all the same: leaves whose count is no signed byte, or that none of
+// three bytes leads to.
+TEST_F(TakenApartTest, AGroupThatLeadsElsewhereIsRefused) {
+  const std::string path = train("enUTF-8", 1, 0.9F);
+  CLidMGroup group;
+  dir_.file("g", compile({path}, {"enUTF-8"}, {-1}, 128));
+  const auto refused_with = [&](auto change) {
+    ASSERT_EQ(group.load((dir_ / "g").c_str()), 0);
+    change();
+    EXPECT_EQ(group_defect(group), "");
+    EXPECT_EQ(TakenApart(group).write(0, dir_ / "out.tri"), "the group was not built of models");
+  };
+  refused_with([&] { group.lstates[0] = 0xC87FFFFF; });
+  refused_with([&] { group.lstates[0] = 0x80FFFFFF; });
+  refused_with([&] {
+    group.lstates[0] = 0xFF000000;
+    group.lstates_vals[0] = 250;
+  });
+  refused_with([&] {
+    int depth3 = 1;
+    while (group.istates[depth3].info >> 24 == 0 ||
+           state_first(group.istates[depth3].info) < group.nb_istates) {
+      ++depth3;
+    }
+    group.istates[depth3].info = group.istates[depth3].info >> 24 << 24 | 1;
+  });
+}
+
 TEST_F(TakenApartTest, CostsComeBackAsTheBytesThatStandForThem) {
   const std::string path = train("enUTF-8", 1, 0.9F);
   CLidMGroup group;

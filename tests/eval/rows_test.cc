@@ -157,5 +157,19 @@ TEST(LaneOrder, EveryIndexHasALaneOfItsOwn) {
   for (size_t lane = 0; lane < kLanes; ++lane) EXPECT_EQ(order[lane], lane);
 }
 
+// A file may hold leaves that no trigram leads to, which nothing says anything about.
+TEST(LaneOrder, LeavesWithValuesOutsideTheirTableTellNothing) {
+  std::mt19937 random(5);
+  PlainOptions o;
+  o.built = true;
+  CLidMGroup group;
+  ASSERT_EQ(load_bytes(&group, file_of(random_group(&random, o))), kGroupOk);
+  for (int leaf = 0; leaf < group.lstates_tsize; ++leaf) {
+    group.lstates[leaf] = leaf % 2 == 0 ? 0x7F7FFFF0 : 0x7F800000;
+  }
+  const LaneOrder order = order_lanes(group);
+  EXPECT_EQ(order[0], 0);
+}
+
 }  // namespace
 }  // namespace orva
