@@ -77,7 +77,7 @@ void HomeModels::set(uint32_t trigram, size_t column, int q) {
 }
 
 void HomeModels::finish() {
-  index_ = TrigramIndex(trigrams_);
+  index_ = KnownTrigrams(trigrams_);
   rows_.shrink_to_fit();
   trigrams_ = {};
   units_ = {};
@@ -86,7 +86,7 @@ void HomeModels::finish() {
 void HomeModels::find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows) const {
   index_.find_all(bytes, count, [&](size_t i, int known) {
     const size_t row =
-        known == TrigramIndex::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
+        known == KnownTrigrams::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
     rows[i] = rows_.data() + row * width_;
   });
   const std::string_view all(reinterpret_cast<const char*>(bytes), count + 2);

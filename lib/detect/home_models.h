@@ -22,8 +22,8 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/known_trigrams.h"
 #include "lib/detect/model_tables.h"
-#include "lib/detect/trigram_index.h"
 #include "lib/detect/trigram_walk.h"
 
 namespace orva {
@@ -62,7 +62,7 @@ class HomeModels {
   std::vector<uint16_t> rows_;      // of the 256 bytes, then of the trigrams
   std::vector<uint32_t> trigrams_;  // of the rows behind those of the bytes; empty when finished
   std::vector<uint16_t> units_;     // of trigram costs, by column and quantised cost
-  TrigramIndex index_;
+  KnownTrigrams index_;
 };
 
 // The cost of a text, added up.

@@ -73,7 +73,7 @@ void ListedModels::make_row(Place* place) {
 }
 
 void ListedModels::finish() {
-  index_ = TrigramIndex(trigrams_);
+  index_ = KnownTrigrams(trigrams_);
   std::vector<Entry> listed;
   for (size_t i = 0; i < places_.size(); ++i) {
     Place& place = places_[i];
@@ -96,7 +96,7 @@ void ListedModels::finish() {
 void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entries* found) const {
   index_.find_all(bytes, count, [&](size_t i, int known) {
     found[i] = {};
-    if (known == TrigramIndex::kNone) return;
+    if (known == KnownTrigrams::kNone) return;
     const Place& place = places_[static_cast<size_t>(known)];
     if (place.count == kRow) {
       found[i].row = rows_.data() + size_t{place.first} * 2 * width_;

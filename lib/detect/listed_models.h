@@ -21,8 +21,8 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/known_trigrams.h"
 #include "lib/detect/model_tables.h"
-#include "lib/detect/trigram_index.h"
 #include "lib/detect/trigram_walk.h"
 
 namespace orva {
@@ -97,7 +97,7 @@ class ListedModels {
   std::vector<uint8_t> rows_;
   std::vector<uint64_t> unigrams_;
   std::vector<uint8_t> row_unigrams_;
-  TrigramIndex index_;
+  KnownTrigrams index_;
 };
 
 // The cost of texts, added up.

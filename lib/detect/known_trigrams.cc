@@ -1,8 +1,8 @@
-#include "lib/detect/trigram_index.h"
+#include "lib/detect/known_trigrams.h"
 
 namespace orva {
 
-TrigramIndex::TrigramIndex(const std::vector<uint32_t>& trigrams) {
+KnownTrigrams::KnownTrigrams(const std::vector<uint32_t>& trigrams) {
   bool occurs[256] = {};
   for (const uint32_t trigram : trigrams) {
     for (const unsigned shift : {0U, 8U, 16U}) occurs[trigram >> shift & 0xFFU] = true;

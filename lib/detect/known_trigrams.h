@@ -1,6 +1,6 @@
-// TrigramIndex: the numbers of known trigrams, in little memory.
+// KnownTrigrams: the numbers of known trigrams, in little memory.
 //
-//   orva::TrigramIndex index(trigrams);            // ascending
+//   orva::KnownTrigrams index(trigrams);            // ascending
 //   int number = index.find(a, b, c);              // its place in `trigrams`, or kNone
 //
 // Most bytes occur in no trigram, and few pairs begin one: pairs of those that do are numbered, and
@@ -9,8 +9,8 @@
 //
 // Life cycle: made whole by the constructor, constant from then on.
 // Threads:    any number may read.
-#ifndef ORVA_LIB_DETECT_TRIGRAM_INDEX_H_
-#define ORVA_LIB_DETECT_TRIGRAM_INDEX_H_
+#ifndef ORVA_LIB_DETECT_KNOWN_TRIGRAMS_H_
+#define ORVA_LIB_DETECT_KNOWN_TRIGRAMS_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -34,13 +34,13 @@ struct BitCounts {
 };
 inline constexpr BitCounts kBitCounts;
 
-class TrigramIndex {
+class KnownTrigrams {
  public:
   static constexpr int kNone = -1;
 
-  TrigramIndex() : TrigramIndex(std::vector<uint32_t>()) {}
+  KnownTrigrams() : KnownTrigrams(std::vector<uint32_t>()) {}
   // REQUIRES: `trigrams` ascend, each there once; they begin with fewer than 65536 pairs.
-  explicit TrigramIndex(const std::vector<uint32_t>& trigrams);
+  explicit KnownTrigrams(const std::vector<uint32_t>& trigrams);
 
   int find(unsigned char a, unsigned char b, unsigned char c) const {
     const unsigned char bytes[] = {a, b, c};
@@ -84,4 +84,4 @@ class TrigramIndex {
 
 }  // namespace orva
 
-#endif  // ORVA_LIB_DETECT_TRIGRAM_INDEX_H_
+#endif  // ORVA_LIB_DETECT_KNOWN_TRIGRAMS_H_
