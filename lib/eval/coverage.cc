@@ -15,8 +15,8 @@ using Words16 = uint16_t __attribute__((vector_size(32), may_alias));
 
 // `Bits` has a bit for each lane of `Words`.
 template <typename Bits, typename Words>
-__attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, size_t count,
-                                                       uint16_t* covered) {
+__attribute__((always_inline)) inline void add_covered(const ModelSet* all, const CoverTimes* sets,
+                                                       size_t count, uint16_t* covered) {
   constexpr size_t kStep = sizeof(Words) / sizeof(uint16_t);
   static_assert(kStep == 8 * sizeof(Bits));
   Words bit_of_lane;
@@ -27,7 +27,7 @@ __attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, s
     Words totals[kAtOnce] = {};
     for (const CoverTimes* s = sets; s != sets + count; ++s) {
       Bits bits[kAtOnce];
-      memcpy(bits, reinterpret_cast<const unsigned char*>(s->models->words) + from / 8,
+      memcpy(bits, reinterpret_cast<const unsigned char*>(all[s->set].words) + from / 8,
              sizeof bits);
 #pragma GCC unroll 8
       for (size_t v = 0; v < kAtOnce; ++v) {
@@ -42,18 +42,20 @@ __attribute__((always_inline)) inline void add_covered(const CoverTimes* sets, s
   }
 }
 
-void add_sets_plain(const CoverTimes* sets, size_t count, uint32_t /*total*/, uint16_t* covered) {
-  add_covered<uint8_t, Words8>(sets, count, covered);
+void add_sets_plain(const ModelSet* all, const CoverTimes* sets, size_t count, uint32_t /*most*/,
+                    uint16_t* covered) {
+  add_covered<uint8_t, Words8>(all, sets, count, covered);
 }
 
-__attribute__((target("avx2"))) void add_sets_avx2(const CoverTimes* sets, size_t count,
-                                                   uint32_t /*total*/, uint16_t* covered) {
-  add_covered<uint16_t, Words16>(sets, count, covered);
+__attribute__((target("avx2"))) void add_sets_avx2(const ModelSet* all, const CoverTimes* sets,
+                                                   size_t count, uint32_t /*most*/,
+                                                   uint16_t* covered) {
+  add_covered<uint16_t, Words16>(all, sets, count, covered);
 }
 
-// Totals of a byte each, when all times together are one at most: half as many vectors.
-__attribute__((target("avx512bw"))) void add_few_avx512(const CoverTimes* sets, size_t count,
-                                                        uint16_t* covered) {
+// Totals of a byte each, when no model is covered more often than one tells: half as many vectors.
+__attribute__((target("avx512bw"))) void add_few_avx512(const ModelSet* all, const CoverTimes* sets,
+                                                        size_t count, uint16_t* covered) {
   constexpr size_t kNbWords = kMostModels / 64;
   __m512i totals[kNbWords];
   for (__m512i& total : totals) total = _mm512_setzero_si512();
@@ -61,7 +63,7 @@ __attribute__((target("avx512bw"))) void add_few_avx512(const CoverTimes* sets, 
     const __m512i times = _mm512_set1_epi8(static_cast<int8_t>(s->times));
 #pragma GCC unroll 4
     for (size_t v = 0; v < kNbWords; ++v) {
-      totals[v] = _mm512_mask_add_epi8(totals[v], s->models->words[v], totals[v], times);
+      totals[v] = _mm512_mask_add_epi8(totals[v], all[s->set].words[v], totals[v], times);
     }
   }
   const auto* bytes = reinterpret_cast<const __m256i*>(totals);
@@ -71,18 +73,19 @@ __attribute__((target("avx512bw"))) void add_few_avx512(const CoverTimes* sets, 
   }
 }
 
-__attribute__((target("avx512bw"))) void add_sets_avx512(const CoverTimes* sets, size_t count,
-                                                         uint32_t total, uint16_t* covered) {
+__attribute__((target("avx512bw"))) void add_sets_avx512(const ModelSet* all,
+                                                         const CoverTimes* sets, size_t count,
+                                                         uint32_t most, uint16_t* covered) {
   constexpr uint32_t kFew = 255;
   constexpr size_t kStep = 32;
-  if (total <= kFew) return add_few_avx512(sets, count, covered);
+  if (most <= kFew) return add_few_avx512(all, sets, count, covered);
   for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
     __m512i totals[kAtOnce];
     for (__m512i& total : totals) total = _mm512_setzero_si512();
     for (const CoverTimes* s = sets; s != sets + count; ++s) {
       const __m512i times = _mm512_set1_epi16(static_cast<int16_t>(s->times));
       __mmask32 bits[kAtOnce];
-      memcpy(bits, reinterpret_cast<const unsigned char*>(s->models->words) + from / 8,
+      memcpy(bits, reinterpret_cast<const unsigned char*>(all[s->set].words) + from / 8,
              sizeof bits);
 #pragma GCC unroll 8
       for (size_t v = 0; v < kAtOnce; ++v) {

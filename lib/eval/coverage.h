@@ -17,15 +17,15 @@ struct alignas(32) ModelSet {
 };
 
 struct CoverTimes {
-  const ModelSet* models;
+  uint32_t set;  // its place among all sets
   uint32_t times;
 };
 
 // Stores in covered[m], for each model m of kMostModels, the times of the sets that have it
-// together. All times together are `total`. REQUIRES: total <= kMostCovered; `covered` is aligned
-// to 64 bytes.
-using AddCovered = void (*)(const CoverTimes* sets, size_t count, uint32_t total,
-                            uint16_t* covered);
+// together, which for none of them are more than `most`. REQUIRES: most <= kMostCovered; `covered`
+// is aligned to 64 bytes.
+using AddCovered = void (*)(const ModelSet* all, const CoverTimes* sets, size_t count,
+                            uint32_t most, uint16_t* covered);
 inline constexpr uint32_t kMostCovered = 65535;
 
 // All that this machine can run, the plain one first and the fastest last.

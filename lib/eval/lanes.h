@@ -30,6 +30,8 @@ struct LaneValue {
   uint8_t cost;
   uint8_t there;
 };
+// Rows are aligned to so many bytes and found by how many of these units come before them.
+inline constexpr size_t kRowUnit = 32;
 // The count's lowest bit, once both bytes are words of 16 bits.
 inline constexpr uint8_t kThere = 1U << (kCountShift - 16);
 

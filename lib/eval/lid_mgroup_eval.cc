@@ -197,15 +197,13 @@ bool CLidMGroupEval::knows_pair() const {
 // Feeds a run of bytes by their trigrams alone.
 void CLidMGroupEval::run(const unsigned char* buf, int n) {
   scorer_->feed(pair_, buf, static_cast<size_t>(n));
-  const orva::LaneSums& credited = scorer_->run();
+  const orva::LaneSums credited = scorer_->take_run();
   uint32_t values = 0;
   for (int i = 0; i < nb_indices_; ++i) {
-    const uint8_t lane = scorer_->lane_of(i);
-    q_sum_[i] += credited.sums[lane];
-    q_count_[i] = wrapping_add(q_count_[i], static_cast<int>(credited.counts[lane]));
-    values += credited.counts[lane];
+    q_sum_[i] += credited.sums[i];
+    q_count_[i] = wrapping_add(q_count_[i], static_cast<int>(credited.counts[i]));
+    values += credited.counts[i];
   }
-  scorer_->take_run();
   has_pending_ = true;
   value_total_ = wrapping_add(value_total_, static_cast<int>(values));
   for (int i = std::max(0, n - 2); i < n; ++i) pair_ = (pair_ << 8 | buf[i]) & 0xFFFF;

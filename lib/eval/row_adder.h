@@ -20,13 +20,17 @@ struct RowShape {
   explicit RowShape(unsigned block_mask);
 };
 
-struct RowTimes {
-  const LaneValue* row;  // aligned to 64 bytes
+// What is to be added, and how many times.
+struct Times {
+  uint32_t place;  // of a row, in units after the first row
   uint32_t times;
 };
 
-// Adds rows of one shape to `sums`. REQUIRES: no lane counts more than kMostCounted values.
-using AddRows = void (*)(const RowShape& shape, const RowTimes* rows, size_t count, LaneSums* sums);
+// Adds rows of one shape to `sums`. REQUIRES: no lane counts more than kMostCounted values, and
+// kRowsAhead more rows can be read, whatever they are.
+inline constexpr size_t kRowsAhead = 4;
+using AddRows = void (*)(const RowShape& shape, const LaneValue* first_row, const Times* rows,
+                         size_t count, LaneSums* sums);
 
 // All that this machine can run, the plain one first and the fastest last.
 std::vector<AddRows> row_adders();

@@ -65,10 +65,10 @@ bool TrigramIndex::add_pair(const CLidMGroup& group, unsigned pair, int state, P
     if (proof->leaf_seen[leaf]) return false;
     proof->leaf_seen[leaf] = true;
     const int word = bytes[k] >> 6;
-    if (node.bits[word] == 0) node.first[word] = static_cast<uint32_t>(leaf) + 1;
+    if (node.bits[word] == 0) node.before[word] = static_cast<uint32_t>(leaf);
     node.bits[word] |= uint64_t{1} << (bytes[k] & 63);
   }
-  node_of_pair_[pair] = static_cast<uint16_t>(nodes_.size());
+  node_of_pair_[swapped(pair)] = static_cast<uint16_t>(nodes_.size());
   nodes_.push_back(node);
   node_state_.push_back(static_cast<uint16_t>(state));
   proof->pair_of_node.push_back(static_cast<uint16_t>(pair));
@@ -80,22 +80,46 @@ bool TrigramIndex::check_default_successors(const CLidMGroup& group, const Proof
   for (size_t n = 1; n < nodes_.size(); ++n) {
     const unsigned first_of_next = (proof.pair_of_node[n] & 0xFFU) << 8;
     for (unsigned word = 0; word < 4; ++word) {
-      uint32_t id = nodes_[n].first[word];
-      for (uint64_t left = nodes_[n].bits[word]; left != 0; left &= left - 1, ++id) {
+      uint32_t leaf = nodes_[n].before[word];
+      for (uint64_t left = nodes_[n].bits[word]; left != 0; left &= left - 1, ++leaf) {
         const unsigned last = word * 64 + static_cast<unsigned>(std::countr_zero(left));
-        if (group.def_so[id - 1] != state_after(first_of_next | last)) return false;
+        if (group.def_so[leaf] != state_after(first_of_next | last)) return false;
       }
     }
   }
   return true;
 }
 
-uint32_t TrigramIndex::find(unsigned pair, unsigned char c) const {
-  const Node& node = nodes_[node_of_pair_[pair]];
-  const uint64_t word = node.bits[c >> 6];
-  const uint64_t bit = uint64_t{1} << (c & 63);
-  if ((word & bit) == 0) return kNone;
-  return node.first[c >> 6] + static_cast<uint32_t>(std::popcount(word & (bit - 1)));
+// In two steps, so that the look-ups of one step need not wait for each other.
+__attribute__((always_inline)) inline void TrigramIndex::find_any(const CountedTrigram* trigrams,
+                                                                  size_t n,
+                                                                  uint32_t* leaves) const {
+  const Node* nodes[kMostFound];
+  const uint16_t* const node_of_pair = node_of_pair_.data();
+  const Node* const first = nodes_.data();
+  for (size_t i = 0; i < n; ++i) {
+    nodes[i] = first + node_of_pair[trigrams[i].pair()];
+    __builtin_prefetch(nodes[i]);
+  }
+  for (size_t i = 0; i < n; ++i) {
+    const unsigned char c = trigrams[i].last_byte();
+    // The bits up to that of `c`, which is the highest.
+    const uint64_t bits = nodes[i]->bits[c >> 6] << (~c & 63);
+    const uint32_t is_there = 0 - static_cast<uint32_t>(bits >> 63);
+    const auto rank = static_cast<uint32_t>(__builtin_popcountll(bits));
+    leaves[i] = (nodes[i]->before[c >> 6] + rank) & is_there;
+  }
+}
+
+void TrigramIndex::find_plain(const TrigramIndex& index, const CountedTrigram* trigrams, size_t n,
+                              uint32_t* leaves) {
+  index.find_any(trigrams, n, leaves);
+}
+
+__attribute__((target("popcnt"))) void TrigramIndex::find_popcnt(const TrigramIndex& index,
+                                                                 const CountedTrigram* trigrams,
+                                                                 size_t n, uint32_t* leaves) {
+  index.find_any(trigrams, n, leaves);
 }
 
 }  // namespace orva

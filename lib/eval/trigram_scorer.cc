@@ -10,24 +10,27 @@ namespace {
 
 // Counts of pending occurrences stay within 32 bits.
 constexpr size_t kFoldAfter = size_t{1} << 30;
+constexpr size_t kMostPending = 32768;
+constexpr size_t kPendingAhead = 16;  // fetched before they are needed
 
 }  // namespace
 
 bool TrigramScorer::build(const CLidMGroup& group, const std::vector<int>& fact_of,
                           const UlpEntry* const* first, const int* count) {
-  if (!unigram_rows_.build(fact_of, first, count)) return false;
+  if (group.lstates_tsize > LeafTable::kMostLeaves) return false;
+  if (!unigram_rows_.build(fact_of, first, count) || !index_.build(group)) return false;
   lane_of_ = order_lanes(group);
-  if (!rows_.build(group, fact_of, lane_of_)) return false;
-  cache_ = std::make_unique<TrigramCache>(&rows_);
-  lists_ =
-      std::make_unique<RowLists>(&rows_.shapes(), TrigramRows::kMostShapes, row_adders().back());
-  pending_.resize(TrigramCache::kMostTrigrams + 1);
-  odd_.reserve(TrigramCache::kMostTrigrams);
-  by_byte_ = std::make_unique_for_overwrite<CoverTimes[]>(TrigramCache::kMostTrigrams);
+  leaves_.build(group, fact_of, lane_of_);
+  lists_ = std::make_unique<CreditLists>(&leaves_, row_adders().back());
+  pending_.resize(kMostPending + kMostFed + kPendingAhead);
+  covered_ = std::make_unique_for_overwrite<Covered[]>(pending_.size());
+  by_byte_ = std::make_unique_for_overwrite<CoverTimes[]>(pending_.size() * LeafTable::kMostFew);
+  reset();
   return true;
 }
 
 void TrigramScorer::use_plain_vectors() {
+  index_.use_plain_bits();
   lists_->use(row_adders().front());
   unigram_rows_.use_plain_vectors();
   add_covered_ = cover_adders().front();
@@ -35,113 +38,143 @@ void TrigramScorer::use_plain_vectors() {
 
 void TrigramScorer::reset() {
   forget_pending();
-  run_ = unigrams_ = LaneSums();
+  lists_->clear();
+  unigram_rows_.clear();
 }
 
 void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
-  cache_->count(pair, buf, n);
-  credit_counted();
-  if (cache_->is_full()) {
-    fold();
-    cache_->clear();
-    cache_->count_waiting();
-    credit_counted();
+  const std::span<const CountedTrigram> counted = counter_.count(pair, buf, n);
+  constexpr size_t kAtOnce = TrigramIndex::kMostFound;
+  for (size_t from = 0; from < counted.size(); from += kAtOnce) {
+    credit(counted.subspan(from, std::min(kAtOnce, counted.size() - from)));
   }
+  lists_->drain();
   unfolded_ += n;
-  if (unfolded_ >= kFoldAfter) fold();
+  if (unfolded_ >= kFoldAfter || nb_pending_ > kMostPending) fold();
 }
 
-// Credits the trigrams counted.
-void TrigramScorer::credit_counted() {
-  constexpr size_t kAhead = 8;
-  const uint16_t* const counted = cache_->counted();
-  const size_t nb_counted = cache_->nb_counted();
-  uint16_t* pending = pending_.data() + nb_pending_;
-  for (size_t i = 0; i < nb_counted; ++i) {
-    if (i + kAhead < nb_counted) __builtin_prefetch(&cache_->rest(counted[i + kAhead]));
-    Trigram& t = cache_->trigram(counted[i]);
-    const uint32_t times = t.count;
-    t.count = 0;
-    occurrences_[t.last_byte()] += times;
-    // Without a leaf it covers nothing; no branch depends on that, nor on whether it is the first.
-    const uint32_t has_leaf = t.shape != TrigramRows::kLeafless ? 1 : 0;
-    const uint32_t covering = times & (0 - has_leaf);
-    TrigramRest& rest = cache_->rest(counted[i]);
-    *pending = counted[i];
-    const uint32_t newly = (rest.pending == 0 ? 1 : 0) & has_leaf;
-    pending += newly;
-    rest.pending += covering;
-    ends_[t.last_byte()] += newly;
-    if (t.shape == TrigramRows::kOdd) {
-      credit_odd(t, times);
-      continue;
+void TrigramScorer::credit(std::span<const CountedTrigram> trigrams) {
+  uint32_t ids[TrigramIndex::kMostFound];
+  index_.find(trigrams.data(), trigrams.size(), ids);
+  for (size_t i = 0; i < trigrams.size(); ++i) __builtin_prefetch(&leaves_.leaf(ids[i]));
+  // Leaves of no list yet, or of none ever.
+  uint32_t odd[TrigramIndex::kMostFound];
+  uint32_t odd_times[TrigramIndex::kMostFound];
+  size_t nb_odd = 0;
+  uint32_t* pending = pending_.data() + nb_pending_;
+  for (size_t i = 0; i < trigrams.size(); ++i) {
+    const unsigned char last_byte = trigrams[i].last_byte();
+    const uint32_t times = trigrams[i].times();
+    Leaf& leaf = leaves_.leaf(ids[i]);
+    occurrences_[last_byte] += times;
+    // So that no branch depends on whether it is the first.
+    *pending = ids[i] << 8 | last_byte;
+    pending += leaf.pending == 0 ? 1 : 0;
+    leaf.pending += times;
+    if (__builtin_expect(leaf.way() <= LeafTable::kOneByOne, 0)) {
+      odd[nb_odd] = ids[i];
+      odd_times[nb_odd++] = times;
+    } else {
+      lists_->add(leaf.way(), leaf.place(), times);
     }
-    const LaneValue* row = rows_.row(rest.row);
-    __builtin_prefetch(row);
-    __builtin_prefetch(row + kBlockLanes);
-    lists_->add(t.shape, row, times, &run_);
   }
   nb_pending_ = static_cast<size_t>(pending - pending_.data());
-  lists_->drain(&run_);
+  if (nb_odd == 0) return;
+  leaves_.decide(odd, nb_odd);
+  for (size_t i = 0; i < nb_odd; ++i) {
+    const Leaf& leaf = leaves_.leaf(odd[i]);
+    if (leaf.way() == LeafTable::kOneByOne) {
+      lists_->add_now(leaves_.values(odd[i]), odd_times[i]);
+    } else {
+      lists_->add(leaf.way(), leaf.place(), odd_times[i]);
+    }
+  }
 }
 
-void TrigramScorer::credit_odd(const Trigram& trigram, uint32_t times) {
-  for (const uint16_t value : rows_.values(trigram)) {
-    const uint8_t lane = lane_of(value_index(value));
-    run_.sums[lane] += value_cost(value) * times;
-    run_.counts[lane] += times;
+LaneSums TrigramScorer::take_run() {
+  LaneSums sums;
+  for (size_t i = 0; i < kLanes; ++i) {
+    const uint64_t by_index = lists_->by_index()[i];
+    sums.counts[i] = lists_->by_lane().counts[lane_of_[i]] + static_cast<uint32_t>(by_index >> 32);
+    sums.sums[i] = lists_->by_lane().sums[lane_of_[i]] + static_cast<uint32_t>(by_index);
   }
+  lists_->clear();
+  return sums;
 }
 
 // Adds the unigrams of all that is pending.
 void TrigramScorer::fold() {
   sort_pending();
-  size_t from = 0;
+  const CoverTimes* from = by_byte_.get();
   for (int byte = 0; byte < kNbBytes; ++byte) {
-    const size_t to = ends_[byte];
-    if (occurrences_[byte] == 0) continue;
-    add_unigrams(byte, by_byte_.get() + from, by_byte_.get() + to);
+    const CoverTimes* const to = by_byte_.get() + ends_[byte];
+    if (occurrences_[byte] != 0) add_unigrams(byte, occurrences_[byte], from, to);
     from = to;
   }
-  for (const uint16_t number : odd_) uncover_odd(number);
   forget_pending();
 }
 
 void TrigramScorer::forget_pending() {
-  for (size_t i = 0; i < nb_pending_; ++i) cache_->rest(pending_[i]).pending = 0;
+  for (size_t i = 0; i < nb_pending_; ++i) leaves_.leaf(pending_[i] >> 8).pending = 0;
   nb_pending_ = 0;
   unfolded_ = 0;
-  std::fill(std::begin(ends_), std::end(ends_), 0);
   std::fill(std::begin(occurrences_), std::end(occurrences_), 0);
+  // Trigrams without a leaf are never pending, for they always have been.
+  leaves_.leaf(0).pending = 1;
 }
 
 void TrigramScorer::sort_pending() {
+  std::fill(std::begin(ends_), std::end(ends_), 0);
+  Covered* ones = covered_.get();
+  Covered* several = covered_.get() + pending_.size();
+  for (size_t i = 0; i < nb_pending_; ++i) {
+    __builtin_prefetch(&leaves_.leaf(pending_[i + kPendingAhead] >> 8));
+    Leaf& leaf = leaves_.leaf(pending_[i] >> 8);
+    const auto byte = static_cast<uint8_t>(pending_[i]);
+    if (leaf.way() == LeafTable::kOneByOne) uncover_one_by_one(pending_[i], leaf.pending);
+    const auto nb_sets = static_cast<uint8_t>(leaves_.nb_sets(leaf));
+    // To both ends, of which only one stays.
+    const Covered covered = {byte, nb_sets, leaves_.cover(leaf), leaf.pending};
+    leaf.pending = 0;
+    ends_[byte] += nb_sets;
+    *ones = covered;
+    ones += nb_sets == 1 ? 1 : 0;
+    *(several - 1) = covered;
+    several -= nb_sets > 1 ? 1 : 0;
+  }
+  nb_pending_ = 0;
   uint32_t end = 0;
   for (uint32_t& e : ends_) {
     const uint32_t count = e;
     e = end;
     end += count;
   }
-  odd_.clear();
-  for (size_t i = 0; i < nb_pending_; ++i) {
-    const uint16_t number = pending_[i];
-    const Trigram& t = cache_->trigram(number);
-    __builtin_prefetch(&cache_->models(number));
-    // An odd trigram covers nothing here.
-    by_byte_[ends_[t.last_byte()]++] = {&cache_->models(number), cache_->rest(number).pending};
-    if (t.shape == TrigramRows::kOdd) odd_.push_back(number);
+  for (const Covered* c = covered_.get(); c != ones; ++c) {
+    by_byte_[ends_[c->byte]++] = {c->cover, c->times};
+  }
+  for (const Covered* c = several; c != covered_.get() + pending_.size(); ++c) {
+    const uint16_t* const values = leaves_.all_values() + c->cover;
+    CoverTimes* const place = by_byte_.get() + ends_[c->byte];
+    ends_[c->byte] += c->nb_sets;
+    for (uint32_t i = 0; i < c->nb_sets; ++i) {
+      place[i] = {LeafTable::set_of_value(values[i]), c->times};
+    }
   }
 }
 
-// Adds the cost of a byte, all of whose occurrences are with the trigrams from `first` on.
-void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverTimes* last) {
-  uint32_t count = occurrences_[byte];
-  const auto add = [&](const CoverTimes* sets, size_t nb_sets, uint32_t total) {
+// Adds the cost of `count` occurrences of a byte, which are covered as often as is told from
+// `first` on.
+void TrigramScorer::add_unigrams(int byte, uint32_t count, const CoverTimes* first,
+                                 const CoverTimes* last) {
+  const auto add = [&](const CoverTimes* sets, size_t nb_sets, uint32_t most) {
     alignas(64) uint16_t covered[kMostModels];
-    add_covered_(sets, nb_sets, total, covered);
-    unigram_rows_.add(byte, count, covered, &unigrams_);
+    add_covered_(leaves_.all_sets(), sets, nb_sets, most, covered);
+    unigram_rows_.add(byte, count, covered);
     count = 0;
   };
+  if (count != 0 && count <= kMostCovered) {
+    return add(first, static_cast<size_t>(last - first), count);
+  }
   for (;;) {
     const CoverTimes* end = first;
     uint32_t total = 0;
@@ -158,24 +191,21 @@ void TrigramScorer::add_unigrams(int byte, const CoverTimes* first, const CoverT
   }
 }
 
-// Takes off what an odd trigram covers.
-void TrigramScorer::uncover_odd(uint16_t number) {
-  // Each of at most 127 values may cover a model.
-  constexpr uint32_t kMostTimes = kMostCovered / 127;
-  const Trigram& t = cache_->trigram(number);
-  for (uint32_t left = cache_->rest(number).pending; left != 0;) {
-    const uint32_t times = std::min(left, kMostTimes);
-    alignas(64) uint16_t covered[kMostModels] = {};
-    rows_.count_models(t, covered);
-    for (uint16_t& count : covered) count = static_cast<uint16_t>(count * times);
-    unigram_rows_.add(t.last_byte(), 0, covered, &unigrams_);
-    left -= times;
+// Takes off what a leaf covers that is credited value by value, for it may cover a model twice.
+void TrigramScorer::uncover_one_by_one(uint32_t pending, uint32_t times) {
+  constexpr size_t kMostValues = 127;
+  constexpr uint32_t kMostTimes = kMostCovered / kMostValues;
+  const auto byte = static_cast<int>(pending & 0xFF);
+  CoverTimes sets[kMostValues];
+  for (uint32_t left = times; left != 0;) {
+    const uint32_t now = std::min(left, kMostTimes);
+    size_t nb_sets = 0;
+    for (const uint16_t value : leaves_.values(pending >> 8)) {
+      sets[nb_sets++] = {LeafTable::set_of_value(value), now};
+    }
+    add_unigrams(byte, 0, sets, sets + nb_sets);
+    left -= now;
   }
-}
-
-const LaneSums& TrigramScorer::unigrams() {
-  fold();
-  return unigrams_;
 }
 
 }  // namespace orva

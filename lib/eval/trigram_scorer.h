@@ -7,7 +7,7 @@
 //   orva::TrigramScorer scorer;
 //   if (scorer.build(group, fact_of, first, count)) {
 //     scorer.feed(pair, buf, n);             // any number of times
-//     use(scorer.run(), scorer.lane_of(i));  // credited since take_run
+//     use(scorer.take_run());                // credited since then
 //     use(scorer.unigrams());                // since reset
 //   }
 //
@@ -19,14 +19,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "lib/eval/coverage.h"
+#include "lib/eval/credit_lists.h"
 #include "lib/eval/lanes.h"
+#include "lib/eval/leaf_table.h"
 #include "lib/eval/lid_mg_ev_ulp_acs.h"
-#include "lib/eval/row_lists.h"
-#include "lib/eval/trigram_cache.h"
-#include "lib/eval/trigram_rows.h"
+#include "lib/eval/run_counter.h"
+#include "lib/eval/trigram_index.h"
 #include "lib/eval/unigram_rows.h"
 
 class CLidMGroup;
@@ -35,7 +37,7 @@ namespace orva {
 
 class TrigramScorer {
  public:
-  static constexpr size_t kMostFed = TrigramCache::kMostCounted;
+  static constexpr size_t kMostFed = RunCounter::kMostCounted;
 
   // False when the automaton must be walked. For the other arguments see UnigramRows.
   bool build(const CLidMGroup& group, const std::vector<int>& fact_of, const UlpEntry* const* first,
@@ -43,46 +45,53 @@ class TrigramScorer {
   // Adds as machines without wide vectors do.
   void use_plain_vectors();
 
-  uint8_t lane_of(int index) const { return lane_of_[static_cast<size_t>(index)]; }
-  int state_after(unsigned pair) const { return rows_.state_after(pair); }
+  int state_after(unsigned pair) const { return index_.state_after(pair); }
 
   void reset();
   // Feeds bytes that come after the byte pair `pair`. REQUIRES: n <= kMostFed.
   void feed(unsigned pair, const unsigned char* buf, size_t n);
 
-  // Quantised values credited by trigrams, and how many.
-  const LaneSums& run() const { return run_; }
-  void take_run() { run_ = LaneSums(); }
+  // Quantised values credited by trigrams since the last call, and how many, by accumulator index.
+  LaneSums take_run();
 
   // What the unigrams of all bytes fed cost, less what trigrams cover, by model.
-  const LaneSums& unigrams();
+  const LaneSums& unigrams() {
+    fold();
+    return unigram_rows_.sums();
+  }
 
  private:
-  void credit_counted();
-  void credit_odd(const Trigram& trigram, uint32_t times);
+  struct Covered {
+    uint8_t byte;
+    uint8_t nb_sets;
+    uint32_t cover;
+    uint32_t times;
+  };
+
+  void credit(std::span<const CountedTrigram> trigrams);
   void fold();
   void sort_pending();
   void forget_pending();
-  void add_unigrams(int byte, const CoverTimes* first, const CoverTimes* last);
-  void uncover_odd(uint16_t number);
+  void add_unigrams(int byte, uint32_t count, const CoverTimes* first, const CoverTimes* last);
+  void uncover_one_by_one(uint32_t pending, uint32_t times);
 
   LaneOrder lane_of_ = {};
   UnigramRows unigram_rows_;
-  TrigramRows rows_;
-  std::unique_ptr<TrigramCache> cache_;
-  std::unique_ptr<RowLists> lists_;
+  TrigramIndex index_;
+  LeafTable leaves_;
+  RunCounter counter_;
+  std::unique_ptr<CreditLists> lists_;
   AddCovered add_covered_ = cover_adders().back();
-  LaneSums run_;
-  LaneSums unigrams_;
-  std::vector<uint16_t> pending_;  // trigrams with pending occurrences
+  // Leaves with pending occurrences, each with the last byte of its trigrams in the low 8 bits.
+  std::vector<uint32_t> pending_;
   size_t nb_pending_ = 0;
-  size_t unfolded_ = 0;  // bytes fed since fold
-  // By their last byte: how many trigrams are pending, or once they are sorted where they end, and
-  // how often it occurred.
-  uint32_t ends_[256] = {};
-  uint32_t occurrences_[256] = {};
+  size_t unfolded_ = 0;             // bytes fed since fold
+  uint32_t occurrences_[256] = {};  // of each byte since then
+  // Those of one set from its beginning on, and those of more back from its end.
+  std::unique_ptr<Covered[]> covered_;
+  // What the pending ones cover, by last bytes, and where those of each byte end.
   std::unique_ptr<CoverTimes[]> by_byte_;
-  std::vector<uint16_t> odd_;
+  uint32_t ends_[256] = {};
 };
 
 }  // namespace orva

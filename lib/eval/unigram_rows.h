@@ -8,6 +8,7 @@
 #ifndef ORVA_LIB_EVAL_UNIGRAM_ROWS_H_
 #define ORVA_LIB_EVAL_UNIGRAM_ROWS_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -24,26 +25,39 @@ class UnigramRows {
   bool build(const std::vector<int>& fact_of, const UlpEntry* const* first, const int* count);
   void use_plain_vectors();
 
-  // Adds to `sums`, by model, what `count` occurrences of a byte cost, of which covered[m] are
-  // covered for model m; more than all of them, when this byte's others come in another call.
-  void add(int byte, uint32_t count, const uint16_t* covered, LaneSums* sums) const {
-    add_(rows_[static_cast<size_t>(byte)], count, covered, sums);
-  }
+  // Adds, by model, what `count` occurrences of a byte cost, of which covered[m] are covered for
+  // model m. REQUIRES: covered[m] <= count, or count == 0: this byte's others come in another call.
+  void add(int byte, uint32_t count, const uint16_t* covered);
+
+  // What was added since clear.
+  const LaneSums& sums();
+  void clear();
 
  private:
   struct alignas(64) Row {
     LaneValue models[kLanes] = {};
   };
-  using Add = void (*)(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
+  using Add = void (*)(const Row& row, uint32_t count, const uint16_t* covered, size_t nb_models,
+                       uint32_t* sums);
 
   template <typename Bytes, typename Shorts, typename Words, typename Longs>
-  static void add_row(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
-  static void add_plain(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
-  static void add_avx2(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
-  static void add_avx512(const Row& row, uint32_t count, const uint16_t* covered, LaneSums* sums);
+  static void add_row(const Row& row, uint32_t count, const uint16_t* covered, size_t nb_models,
+                      uint32_t* sums);
+  static void add_plain(const Row& row, uint32_t count, const uint16_t* covered, size_t nb_models,
+                        uint32_t* sums);
+  static void add_avx2(const Row& row, uint32_t count, const uint16_t* covered, size_t nb_models,
+                       uint32_t* sums);
+  static void add_avx512(const Row& row, uint32_t count, const uint16_t* covered, size_t nb_models,
+                         uint32_t* sums);
+  void drain();
 
   std::vector<Row> rows_;
   Add add_ = add_plain;
+  size_t nb_models_ = 0;
+  LaneSums sums_;
+  // Not yet in sums_, with their counts in the same words; at most kMostCounted occurrences.
+  alignas(64) uint32_t added_[kLanes] = {};
+  uint32_t nb_added_ = 0;
 };
 
 }  // namespace orva

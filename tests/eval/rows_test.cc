@@ -10,7 +10,6 @@
 #include "lib/eval/coverage.h"
 #include "lib/eval/lanes.h"
 #include "lib/eval/row_adder.h"
-#include "lib/eval/row_lists.h"
 #include "lib/mgroup/group_format.h"
 #include "lib/mgroup/lid_mgroup.h"
 #include "tests/mgroup/group_files.h"
@@ -22,6 +21,8 @@ namespace {
 struct alignas(64) FullRow {
   LaneValue lanes[kLanes];
 };
+
+constexpr uint32_t kUnitsOfRow = sizeof(FullRow) / kRowUnit;
 
 // Half of the lanes have a value, half of these the largest.
 std::vector<FullRow> random_rows(std::mt19937* random, size_t count) {
@@ -39,10 +40,11 @@ std::vector<FullRow> random_rows(std::mt19937* random, size_t count) {
 bool operator==(const LaneSums& a, const LaneSums& b) { return memcmp(&a, &b, sizeof a) == 0; }
 
 // Adds lane by lane.
-void add_naively(const RowShape& shape, const RowTimes& added, LaneSums* sums) {
+void add_naively(const RowShape& shape, const FullRow* rows, const Times& added, LaneSums* sums) {
+  const LaneValue* const row = rows[added.place * kRowUnit / sizeof(FullRow)].lanes;
   for (size_t b = 0; b < shape.nb_blocks; ++b) {
     for (size_t i = 0; i < kBlockLanes; ++i) {
-      const LaneValue value = added.row[b * kBlockLanes + i];
+      const LaneValue value = row[b * kBlockLanes + i];
       const size_t lane = shape.blocks[b] * kBlockLanes + i;
       sums->counts[lane] += value.there != 0 ? added.times : 0;
       sums->sums[lane] += value.cost * added.times;
@@ -55,15 +57,16 @@ TEST(RowAdder, AllAddAlikeForEveryShape) {
   const std::vector<FullRow> rows = random_rows(&random, 50);
   for (unsigned mask = 0; mask < 256; ++mask) {
     const RowShape shape(mask);
-    std::vector<RowTimes> added;
+    std::vector<Times> added;
     LaneSums expected;
-    for (const FullRow& row : rows) {
-      added.push_back({row.lanes, 1 + static_cast<uint32_t>(random()) % 81});
-      add_naively(shape, added.back(), &expected);
+    for (uint32_t i = 0; i < rows.size(); ++i) {
+      added.push_back({i * kUnitsOfRow, 1 + static_cast<uint32_t>(random()) % 81});
+      add_naively(shape, rows.data(), added.back(), &expected);
     }
+    added.resize(rows.size() + kRowsAhead);
     for (const AddRows add : row_adders()) {
       LaneSums sums;
-      add(shape, added.data(), added.size(), &sums);
+      add(shape, rows[0].lanes, added.data(), rows.size(), &sums);
       ASSERT_TRUE(sums == expected) << "mask " << mask;
     }
   }
@@ -73,31 +76,13 @@ TEST(RowAdder, ALaneCountsAsManyOfTheLargestAsIsPromised) {
   FullRow row;
   std::fill_n(row.lanes, kLanes, LaneValue{255, kThere});
   const RowShape shape(0xFF);
-  const RowTimes added = {row.lanes, kMostCounted};
+  const Times added[1 + kRowsAhead] = {{0, kMostCounted}};
   for (const AddRows add : row_adders()) {
     LaneSums sums;
-    add(shape, &added, 1, &sums);
+    add(shape, row.lanes, added, 1, &sums);
     EXPECT_EQ(sums.counts[77], kMostCounted);
     EXPECT_EQ(sums.sums[77], 255 * kMostCounted);
   }
-}
-
-TEST(RowLists, RowsAreAddedHoweverOftenAndHoweverMany) {
-  std::mt19937 random(2);
-  const std::vector<RowShape> shapes = {RowShape(0xFF), RowShape(0x05), RowShape(0)};
-  const std::vector<FullRow> rows = random_rows(&random, 3);
-  RowLists lists(&shapes, shapes.size(), row_adders().back());
-  LaneSums sums;
-  LaneSums expected;
-  for (int i = 0; i < 1000; ++i) {
-    const size_t shape = random() % shapes.size();
-    const uint32_t times = i % 100 == 0 ? 100000 : 1 + static_cast<uint32_t>(random()) % 100;
-    const RowTimes added = {rows[random() % rows.size()].lanes, times};
-    lists.add(shape, added.row, times, &sums);
-    add_naively(shapes[shape], added, &expected);
-  }
-  lists.drain(&sums);
-  EXPECT_TRUE(sums == expected);
 }
 
 // Random sets, of which each comes `most` times at most.
@@ -106,9 +91,10 @@ void expect_all_add_alike(std::mt19937* random, size_t nb_sets, uint32_t most) {
   std::vector<CoverTimes> added;
   uint32_t total = 0;
   std::array<uint16_t, kMostModels> expected = {};
-  for (ModelSet& set : sets) {
+  for (uint32_t i = 0; i < nb_sets; ++i) {
+    ModelSet& set = sets[i];
     for (uint64_t& word : set.words) word = uint64_t{(*random)()} << 32 | (*random)();
-    added.push_back({&set, 1 + static_cast<uint32_t>((*random)()) % most});
+    added.push_back({i, 1 + static_cast<uint32_t>((*random)()) % most});
     total += added.back().times;
     for (size_t m = 0; m < kMostModels; ++m) {
       const bool is_in = (set.words[m / 64] >> m % 64 & 1) != 0;
@@ -117,7 +103,7 @@ void expect_all_add_alike(std::mt19937* random, size_t nb_sets, uint32_t most) {
   }
   for (const AddCovered add : cover_adders()) {
     alignas(64) std::array<uint16_t, kMostModels> covered;
-    add(added.data(), added.size(), total, covered.data());
+    add(sets.data(), added.data(), added.size(), total, covered.data());
     EXPECT_EQ(covered, expected) << nb_sets << " sets, " << total << " times";
   }
 }
@@ -135,10 +121,10 @@ TEST(Coverage, AModelIsCoveredAsOftenAsIsPromised) {
   ModelSet all;
   std::fill(std::begin(all.words), std::end(all.words), ~uint64_t{0});
   for (const uint32_t most : {uint32_t{255}, uint32_t{256}, kMostCovered}) {
-    const CoverTimes added[] = {{&all, 200}, {&all, most - 200}};
+    const CoverTimes added[] = {{0, 200}, {0, most - 200}};
     for (const AddCovered add : cover_adders()) {
       alignas(64) std::array<uint16_t, kMostModels> covered;
-      add(added, 2, most, covered.data());
+      add(&all, added, 2, most, covered.data());
       for (const uint16_t times : covered) EXPECT_EQ(times, most);
     }
   }

@@ -1,0 +1,129 @@
+// LeafTable: how to credit each leaf, decided when a trigram first leads to it.
+//
+// Most leaves have few values, which are credited one by one, as are those of a leaf that credits
+// an index twice. Of others the table makes rows of lanes, as long as it has room.
+//
+//   orva::LeafTable leaves;
+//   leaves.build(group, fact_of, lane_of);
+//   orva::Leaf& leaf = leaves.leaf(id);
+//   if (leaf.way() == orva::LeafTable::kNotYet) leaves.decide(ids, n);
+//
+// Life cycle: build once.
+// Ownership:  its tables, outside the accounted memory; memory that no row ever lay in is not
+// touched.
+#ifndef ORVA_LIB_EVAL_LEAF_TABLE_H_
+#define ORVA_LIB_EVAL_LEAF_TABLE_H_
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "lib/eval/coverage.h"
+#include "lib/eval/lanes.h"
+#include "lib/eval/row_adder.h"
+#include "lib/mgroup/group_format.h"
+
+class CLidMGroup;
+
+namespace orva {
+
+class Leaf {
+ public:
+  // The number of its way, and where its values or its row are.
+  uint8_t way() const { return static_cast<uint8_t>(word_); }
+  uint32_t place() const { return word_ >> 8; }
+  void set(uint8_t way, uint32_t place) { word_ = way | place << 8; }
+
+  uint32_t pending = 0;  // occurrences whose unigrams were not added yet
+
+ private:
+  uint32_t word_ = 0;
+};
+static_assert(sizeof(Leaf) == 8);
+
+class LeafTable {
+ public:
+  // Ways to credit a leaf. Those with `n` values, up to kMostFew, are the ways kFew + n; the place
+  // of a single value is the value.
+  static constexpr uint8_t kNotYet = 0;
+  static constexpr uint8_t kOneByOne = 1;  // values, however many
+  static constexpr uint8_t kFew = 1;
+  static constexpr uint8_t kMostFew = 4;
+  static constexpr uint8_t kNone = kFew + kMostFew + 1;
+  static constexpr uint8_t kRows = kNone + 1;  // and as many as there are shapes
+  // Few shapes make long lists of rows to add; a row of another shape takes a wider one.
+  static constexpr size_t kMostShapes = 64;
+  static constexpr size_t kNbWays = kRows + kMostShapes;
+
+  // `fact_of[m]` is the accumulator index of the fact set of model m, or m itself without one. The
+  // group, which must outlive the table, has at most kMostLeaves leaves. Rows take `room` units at
+  // most.
+  static constexpr int kMostLeaves = (1 << 24) - 2;
+  static constexpr size_t kRoom = 320000;  // 10 MB
+  void build(const CLidMGroup& group, const std::vector<int>& fact_of, const LaneOrder& lane_of,
+             size_t room = kRoom);
+
+  // Leaf 0 is that of trigrams without one.
+  Leaf& leaf(uint32_t id) { return leaves_[id]; }
+  // Decides for n <= kMostDecided leaves, which may be the same.
+  static constexpr size_t kMostDecided = 64;
+  void decide(const uint32_t* ids, size_t n);
+
+  const uint16_t* all_values() const { return all_values_; }
+  const LaneValue* all_rows() const { return units_[0].lanes; }
+  const RowShape& shape(uint8_t way) const { return shapes_[way - size_t{kRows}]; }
+  size_t nb_ways() const { return kRows + shapes_.size(); }
+
+  // The values of a leaf, as the group stores them.
+  std::span<const uint16_t> values(uint32_t id) const;
+  // What a leaf covers: a set of models for each of its values, or one for all those of its row. Of
+  // one that covers several sets, cover() tells where its values are, and set_of_value each set.
+  // One to be taken value by value has none here.
+  uint32_t nb_sets(const Leaf& leaf) const { return ways_[leaf.way()].nb_sets; }
+  uint32_t cover(const Leaf& leaf) const {
+    const Way& way = ways_[leaf.way()];
+    return (leaf.place() - way.nb_before) & way.mask;
+  }
+  static uint32_t set_of_value(uint16_t value) { return value & 0xFF; }
+  const ModelSet* all_sets() const { return &units_[0].models; }
+
+ private:
+  union alignas(kRowUnit) Unit {
+    Unit() {}
+    ModelSet models;  // of each index, and before each row those of its values
+    LaneValue lanes[kRowUnit / sizeof(LaneValue)];
+  };
+  static_assert(sizeof(Unit) == kRowUnit);
+  static constexpr size_t kUnitsOfBlock = kBlockLanes * sizeof(LaneValue) / kRowUnit;
+
+  void decide_one(std::span<const uint16_t> values, Leaf* leaf);
+  bool fill(std::span<const uint16_t> values, const RowShape& shape, LaneValue* row) const;
+  uint8_t shape_of(unsigned mask);
+
+  const CLidMGroup* group_ = nullptr;
+  const uint16_t* all_values_ = nullptr;
+  LaneOrder lane_of_ = {};
+  std::vector<RowShape> shapes_;
+  std::array<uint8_t, 1 << kNbBlocks> shape_of_ = {};  // by mask of blocks
+  struct Free {
+    void operator()(void* memory) const { free(memory); }
+  };
+  std::unique_ptr<Leaf[], Free> leaves_;
+  std::unique_ptr<Unit[]> units_;
+  size_t room_ = 0;
+  size_t used_ = 0;
+  struct Way {
+    uint32_t mask = ~uint32_t{0};
+    uint8_t nb_before = 0;
+    uint8_t nb_sets = 0;
+  };
+  std::array<Way, kNbWays> ways_;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_EVAL_LEAF_TABLE_H_
