@@ -2,6 +2,7 @@
 //
 //   i = orva::skip_ascii(bytes, i);      // the next byte above 0x7F, or the end
 //   n = orva::count_high(bytes);         // bytes above 0x7F
+//   if (!orva::any(orva::blanks_of(orva::block_at(text)))) ...   // of 16 bytes none is blank
 //
 // Ownership: none; plain functions.
 // Threads:   any number.
@@ -24,6 +25,40 @@ inline uint64_t word_at(std::string_view bytes, size_t i) {
   return word;
 }
 
+// Sixteen bytes, of which comparisons give all bits or none of a lane.
+using ByteBlock = uint8_t __attribute__((vector_size(16)));
+inline constexpr size_t kByteBlock = sizeof(ByteBlock);
+
+inline ByteBlock block_at(const char* bytes) {
+  ByteBlock block;
+  memcpy(&block, bytes, sizeof block);
+  return block;
+}
+
+inline bool any(const ByteBlock& lanes) {
+  uint64_t words[2];
+  memcpy(words, &lanes, sizeof words);
+  return (words[0] | words[1]) != 0;
+}
+
+// The sum of all lanes of a vector of bytes.
+template <typename Bytes>
+__attribute__((always_inline)) inline size_t sum_of(const Bytes& lanes) {
+  constexpr uint64_t kEven = 0x00FF00FF00FF00FF;
+  constexpr uint64_t kOnes = 0x0001000100010001;
+  uint64_t words[sizeof(Bytes) / sizeof(uint64_t)];
+  memcpy(words, &lanes, sizeof words);
+  uint64_t sum = 0;
+  for (const uint64_t word : words) sum += (word & kEven) + (word >> 8 & kEven);
+  return static_cast<size_t>(sum * kOnes >> 48);
+}
+
+// The lanes that are blanks, tabs and line ends.
+inline ByteBlock blanks_of(const ByteBlock& block) {
+  return ByteBlock(block == ' ') | ByteBlock(block == '\t') | ByteBlock(block == '\n') |
+         ByteBlock(block == '\r');
+}
+
 // Position of the first byte above 0x7F from `i` on; the size when there is none.
 inline size_t skip_ascii(std::string_view bytes, size_t i) {
   while (i + 32 <= bytes.size() && ((word_at(bytes, i) | word_at(bytes, i + 8) |
@@ -33,6 +68,13 @@ inline size_t skip_ascii(std::string_view bytes, size_t i) {
   }
   while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == 0) i += 8;
   while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
+  return i;
+}
+
+// Position of the first byte below 0x80 from `i` on; the size when there is none.
+inline size_t skip_high(std::string_view bytes, size_t i) {
+  while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == kHighBits) i += 8;
+  while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) >= 0x80) ++i;
   return i;
 }
 

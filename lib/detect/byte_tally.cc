@@ -14,9 +14,7 @@ namespace {
 using Bytes16 = uint8_t __attribute__((vector_size(16)));
 using Bytes32 = uint8_t __attribute__((vector_size(32)));
 
-bool is_odd_control(unsigned char b) {
-  return (b < 0x20 && (b < '\t' || b > '\r') && b != 0x1A && b != 0x1B) || b == 0x7F;
-}
+constexpr char kNoKind = 'a';
 
 // Bytes of each kind, in lanes of their own.
 template <typename Bytes>
@@ -38,12 +36,10 @@ struct KindLanes {
     }
   }
   __attribute__((always_inline)) void add_to(ByteKinds* kinds) const {
-    for (size_t i = 0; i < sizeof(Bytes); ++i) {
-      kinds->high += high[i];
-      kinds->odd_controls += odd_controls[i];
-      kinds->blanks += blanks[i];
-      kinds->at_signs += at_signs[i];
-    }
+    kinds->high += sum_of(high);
+    kinds->odd_controls += sum_of(odd_controls);
+    kinds->blanks += sum_of(blanks);
+    kinds->at_signs += sum_of(at_signs);
   }
 };
 
@@ -118,14 +114,10 @@ ByteTally::Counter ByteTally::best_counter() {
   return __builtin_cpu_supports("avx2") != 0 ? count_avx2 : count_plain;
 }
 
-void ByteTally::count_each(std::string_view bytes) {
+void ByteTally::note_each(std::string_view bytes) {
   for (const char c : bytes) {
     const auto b = static_cast<unsigned char>(c);
-    set_.add(b);
-    kinds_.high += b >> 7;
-    kinds_.odd_controls += is_odd_control(b) ? 1 : 0;
-    kinds_.blanks += b == 0x20 ? 1 : 0;
-    kinds_.at_signs += b == 0x40 ? 1 : 0;
+    if (!set_.holds(b)) set_.add(b);
   }
 }
 
@@ -134,11 +126,16 @@ void ByteTally::feed(std::string_view bytes) {
     const size_t nb_blocks = std::min(bytes.size() / kBlock, kMostBlocks);
     const size_t counted = counter_(bytes.data(), nb_blocks, set_, &kinds_);
     bytes.remove_prefix(counted * kBlock);
-    if (counted == nb_blocks) continue;
-    count_each(bytes.substr(0, kBlock));
-    bytes.remove_prefix(kBlock);
+    if (counted != nb_blocks) note_each(bytes.substr(0, kBlock));
   }
-  count_each(bytes);
+  note_each(bytes);
+  // What fills the last block up is of no kind.
+  char last[kBlock];
+  memset(last, kNoKind, sizeof last);
+  memcpy(last, bytes.data(), bytes.size());
+  KindLanes<Bytes16> lanes;
+  lanes.add_block(last);
+  lanes.add_to(&kinds_);
 }
 
 }  // namespace orva

@@ -75,7 +75,7 @@ class ByteTally {
   const ByteKinds& kinds() const { return kinds_; }
 
  private:
-  void count_each(std::string_view bytes);
+  void note_each(std::string_view bytes);
 
   Counter counter_;
   ByteSet set_;

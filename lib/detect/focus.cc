@@ -1,5 +1,7 @@
 #include "lib/detect/focus.h"
 
+#include <cstring>
+
 #include "lib/detect/byte_blocks.h"
 
 namespace orva {
@@ -43,6 +45,30 @@ size_t context_behind(std::string_view text, size_t at) {
 
 }  // namespace
 
+namespace {
+
+// Copies blocks from text[i] on of which every byte stays as it is; returns where the next one
+// begins. REQUIRES: there are two bytes before `*to`, and room for what is left of the text.
+size_t copy_normal(std::string_view text, size_t i, char** to) {
+  const size_t first = i;
+  for (; i + kByteBlock <= text.size(); i += kByteBlock, *to += kByteBlock) {
+    const ByteBlock block = block_at(text.data() + i);
+    ByteBlock last = block_at(text.data() + i - 1);
+    ByteBlock second_last = block_at(text.data() + i - 2);
+    if (i == first) {
+      last[0] = second_last[1] = static_cast<uint8_t>((*to)[-1]);
+      second_last[0] = static_cast<uint8_t>((*to)[-2]);
+    }
+    const ByteBlock digits = ByteBlock(block - '0' < 10);
+    const ByteBlock runs = ByteBlock(block == last) & ByteBlock(last == second_last);
+    if (any(digits | runs | (blanks_of(block) & blanks_of(last)))) break;
+    memcpy(*to, &block, sizeof block);
+  }
+  return i;
+}
+
+}  // namespace
+
 size_t context_before(std::string_view text, size_t at) {
   size_t missing = 0;
   return context_before(text, at, &missing);
@@ -56,9 +82,21 @@ std::string normalised(std::string_view text) {
   char last = 0;
   int run = 0;
   bool behind_blank = false;
+  size_t looked = 0;  // how far blocks were looked at
   // Every byte is written, and kept or written over by the next one.
-  for (const char raw : text) {
-    const auto b = static_cast<unsigned char>(raw);
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (i >= looked && to - begin >= 2) {
+      const size_t next = copy_normal(text, i, &to);
+      if (next == text.size()) break;
+      if (next != i) {
+        last = to[-1];
+        run = to[-2] == last ? 2 : 1;
+        behind_blank = is_blank(last);
+      }
+      i = next;
+      looked = i + kByteBlock;
+    }
+    const auto b = static_cast<unsigned char>(text[i]);
     const char as = normal.as[b];
     const bool blank = normal.blank[b];
     *to = as;

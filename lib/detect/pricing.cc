@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "lib/detect/byte_blocks.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
@@ -57,7 +58,12 @@ std::vector<double> Pricing::price_utf8(std::string_view text, const std::vector
 void Pricing::price_ascii(std::string_view plain) {
   CostSums& sums = ascii_sums_;
   sums.start(homes_.ascii());
-  sums.add(plain, 0);
+  // No trigram of ASCII alone holds what stands between two runs of it.
+  for (size_t from = 0; from < plain.size();) {
+    const size_t to = skip_ascii(plain, from);
+    if (to - from > 2) sums.add(plain.substr(from, to - from), 0);
+    from = skip_high(plain, to);
+  }
   const std::vector<size_t>& languages = homes_.languages();
   double least = kNoCost;
   for (size_t i = 0; i < languages.size(); ++i) least = std::min(least, sums.total(i));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "lib/detect/byte_blocks.h"
 #include "lib/detect/characters.h"
@@ -33,7 +34,16 @@ struct LetterTable {
 // How many letters a run of ASCII holds, which become small.
 size_t make_small(char* from, size_t count) {
   size_t letters = 0;
-  for (size_t i = 0; i < count; ++i) {
+  size_t i = 0;
+  for (; i + kByteBlock <= count; i += kByteBlock) {
+    const ByteBlock block = block_at(from + i);
+    const ByteBlock lower = block | 0x20;
+    const ByteBlock is_letter = ByteBlock(lower - 'a' < 26);
+    const ByteBlock small = block | (is_letter & 0x20);
+    memcpy(from + i, &small, sizeof small);
+    letters += sum_of(is_letter & 1);
+  }
+  for (; i < count; ++i) {
     const auto b = static_cast<unsigned char>(from[i]);
     const auto lower = static_cast<unsigned char>(b | 0x20);
     const bool letter = lower >= 'a' && lower <= 'z';

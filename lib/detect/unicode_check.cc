@@ -1,5 +1,6 @@
 #include "lib/detect/unicode_check.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -116,17 +117,27 @@ const char* UnicodeCheck::charset() const {
 // Reads units that stand for a character each as long as there is nothing odd about them.
 size_t UnicodeCheck::take_units(std::string_view bytes) {
   static const UnitCosts costs;
+  const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
+  const size_t units = std::min<size_t>(bytes.size() / 2, kMostPriced - characters_);
+  const char* at = bytes.data();
+  const char* const end = at + 2 * units;
   uint64_t twice = 0;
-  size_t i = 0;
-  const uint64_t left = kMostPriced - characters_;
-  for (; i + 2 <= bytes.size() && i / 2 < left; i += 2) {
-    const auto first = static_cast<unsigned char>(bytes[i]);
-    const auto second = static_cast<unsigned char>(bytes[i + 1]);
-    const unsigned unit = big_endian_ ? first << 8U | second : second << 8U | first;
-    const unsigned cost = costs.twice[unit >> 4];
+  const auto cost_at = [&costs = costs, swapped](const char* unit) -> unsigned {
+    uint16_t value;
+    memcpy(&value, unit, sizeof value);
+    return costs.twice[(swapped ? __builtin_bswap16(value) : value) >> 4];
+  };
+  for (; end - at >= 8; at += 8) {
+    const unsigned four[] = {cost_at(at), cost_at(at + 2), cost_at(at + 4), cost_at(at + 6)};
+    if (four[0] == 0 || four[1] == 0 || four[2] == 0 || four[3] == 0) break;
+    twice += four[0] + four[1] + four[2] + four[3];
+  }
+  for (; at != end; at += 2) {
+    const unsigned cost = cost_at(at);
     if (cost == 0) break;
     twice += cost;
   }
+  const auto i = static_cast<size_t>(at - bytes.data());
   characters_ += i / 2;
   // Exact, since costs are multiples of a half.
   cost_ += static_cast<double>(twice) / 2;
