@@ -86,13 +86,47 @@ const ForeignBytes& foreign_to(int charset) {
   return all[static_cast<size_t>(charset)];
 }
 
+std::vector<UnicodeCheck> unicode_checks() {
+  std::vector<UnicodeCheck> checks;
+  for (const int width : {2, 4}) {
+    for (const bool big : {false, true}) checks.emplace_back(width, big);
+  }
+  return checks;
+}
+
+// Which of the checks tells whether a charset decodes a document.
+struct Check {
+  enum Kind { kTable, kPart, kMultiByte, kUnicode, kEscapes } kind = kEscapes;
+  size_t at = 0;  // among those of the kind
+};
+
+Check find_check(int charset) {
+  if (single_byte_table(charset) != nullptr) return {Check::kTable, 0};
+  if ((kCharsets[charset].flags & kPart) != 0) return {Check::kPart, 0};
+  const std::string_view name = kCharsets[charset].iana;
+  for (size_t k = 0; k < kMultiByteKinds; ++k) {
+    if (name == multi_byte_name(static_cast<MultiByteKind>(k))) return {Check::kMultiByte, k};
+  }
+  const std::vector<UnicodeCheck> unicode = unicode_checks();
+  for (size_t k = 0; k < unicode.size(); ++k) {
+    if (name == unicode[k].charset()) return {Check::kUnicode, k};
+  }
+  return {};
+}
+
+const Check& check_of(int charset) {
+  static const std::vector<Check> all = [] {
+    std::vector<Check> made;
+    for (int c = 0; c < kCharsetCount; ++c) made.push_back(find_check(c));
+    return made;
+  }();
+  return all[static_cast<size_t>(charset)];
+}
+
 }  // namespace
 
-Evidence::Evidence() {
+Evidence::Evidence() : unicode_(unicode_checks()) {
   for (int k = 0; k < kMultiByteKinds; ++k) multi_byte_.emplace_back(static_cast<MultiByteKind>(k));
-  for (const int width : {2, 4}) {
-    for (const bool big : {false, true}) unicode_.emplace_back(width, big);
-  }
 }
 
 void Evidence::reset() {
@@ -152,15 +186,12 @@ bool Evidence::part_decodes(int charset) const {
 }
 
 bool Evidence::decodes(int charset, bool with_controls) const {
-  if (single_byte_table(charset) != nullptr) return table_decodes(charset, with_controls);
-  if ((kCharsets[charset].flags & kPart) != 0) return part_decodes(charset);
+  const Check& check = check_of(charset);
+  if (check.kind == Check::kTable) return table_decodes(charset, with_controls);
+  if (check.kind == Check::kPart) return part_decodes(charset);
+  if (check.kind == Check::kMultiByte) return multi_byte_[check.at].valid();
+  if (check.kind == Check::kUnicode) return unicode_[check.at].valid();
   const char* name = kCharsets[charset].iana;
-  for (const MultiByteCheck& check : multi_byte_) {
-    if (strcmp(multi_byte_name(check.kind()), name) == 0) return check.valid();
-  }
-  for (const UnicodeCheck& check : unicode_) {
-    if (strcmp(check.charset(), name) == 0) return check.valid();
-  }
   const char* escaped = escapes_.charset();
   return escaped != nullptr && strcmp(escaped, name) == 0;
 }

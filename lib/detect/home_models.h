@@ -45,6 +45,10 @@ class HomeModels {
   // Nats for one unit of a row.
   double unit() const { return unit_; }
   const Folding& folding() const { return folding_; }
+  // Nats for a byte behind two that it does not follow in any text of the model.
+  double unseen_cost(unsigned char byte, size_t model) const {
+    return rows_[byte * width_ + model] * unit_;
+  }
 
   // Finds the rows, of width() costs in units, of `count` trigrams that begin at bytes[0], bytes[1]
   // and so on. REQUIRES: count <= kTrigramsAtOnce.

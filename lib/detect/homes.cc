@@ -90,7 +90,7 @@ const ListedModels& Homes::pairs() const {
 
 std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
   auto made = std::make_unique<SingleByte>(
-      SingleByte{{}, HomeModels(tables_, models_, HomeModels::kAsciiOnly)});
+      SingleByte{{}, HomeModels(tables_, models_, HomeModels::kAsciiOnly), {}});
   std::vector<int> charsets;  // each once
   for (const int m : models_) {
     const int charset = tables_.model(m).charset;
@@ -121,6 +121,7 @@ std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
   });
   for (Home& home : made->homes) home.models.finish();
   made->ascii.finish();
+  made->letters = LetterCosts(tables_, made->homes);
   return made;
 }
 

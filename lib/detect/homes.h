@@ -13,6 +13,7 @@
 
 #include "lib/detect/home_models.h"
 #include "lib/detect/lazy.h"
+#include "lib/detect/letter_costs.h"
 #include "lib/detect/listed_models.h"
 #include "lib/detect/model_tables.h"
 #include "lib/detect/rewriting.h"
@@ -43,6 +44,7 @@ class Homes {
   // The languages that have a home, and what ASCII costs in them.
   const std::vector<size_t>& languages() const { return languages_; }
   const HomeModels& ascii() const { return single_byte().ascii; }
+  const LetterCosts& letters() const { return single_byte().letters; }
   // The models of UTF-8, and those of charsets that keep ASCII and take bytes together.
   const ListedModels& utf8() const;
   const ListedModels& pairs() const;
@@ -64,6 +66,7 @@ class Homes {
   struct SingleByte {
     std::vector<Home> homes;
     HomeModels ascii;
+    LetterCosts letters;
   };
 
   const SingleByte& single_byte() const;

@@ -22,6 +22,9 @@ constexpr double kOtherAscii = 6;
 // The same, when the document's language is written in another script.
 constexpr double kOtherScript = 4;
 
+// Nats a byte that the text around bytes above 0x7F costs in its own language, at most.
+constexpr double kMostOfText = 3.5;
+
 double least_cost(const Reading& reading) {
   double least = kNoCost;
   for (const double cost : reading.costs) least = std::min(least, cost + reading.prior);
@@ -29,11 +32,24 @@ double least_cost(const Reading& reading) {
 }
 
 // Bytes of a document that can rule a decoded reading out, and nats that do.
-constexpr size_t kBeginning = 512;
+constexpr size_t kBeginnings[] = {64, 512};
 constexpr double kFarBehind = 80;
+
+// What is added to the letters' cost of readings that a multi-byte one is far ahead of.
+constexpr double kBesideRival = 1e6;
+
+bool is_far_behind(double most, const Reading& reading) {
+  const double least = *std::min_element(reading.costs.begin(), reading.costs.end());
+  return least != kNoCost && least > most + kFarBehind;
+}
 
 void add_all(const std::vector<std::string>& texts, ListedSums* sums) {
   for (const std::string& text : texts) sums->add(text);
+}
+
+// Whether it is a single-byte one in which ASCII stands for itself.
+bool keeps_ascii(const Reading& reading) {
+  return reading.table != nullptr && (kCharsets[reading.charsets.front()].flags & kEbcdic) == 0;
 }
 
 bool has_cost(const Reading& reading) {
@@ -90,38 +106,30 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
   const std::string plain = normalised(main_text(sample));
   const TrialText text(high_segments(plain));
   price_ascii(plain);
-  trials_.start(&text, &base_);
-  for (Reading& reading : *readings) {
-    const uint32_t flags = kCharsets[reading.charsets.front()].flags;
-    reading.costs.assign(tables_.languages().size(), kNoCost);
-    mark_possible(text.counts, &reading);
-    if (reading.table == nullptr) continue;
-    if ((flags & kEbcdic) == 0) {
-      reading.language_extra = &extra_;
-      trials_.add(&reading);
-    } else {
-      price_whole(sample, &reading);
-      drop_impossible(&reading);
-    }
-  }
-  trials_.run();
-  price_multi_byte(sample, text, readings);
+  for (Reading& reading : *readings) reading.costs.clear();
+  const double rival = price_modelled(text, readings);
+  price_single_bytes(text, rival, readings);
+  price_others(sample, text, readings);
 }
 
-// The readings that take bytes together, from the likeliest charset on; those behind give up.
-void Pricing::price_multi_byte(std::string_view sample, const TrialText& text,
-                               Pool<Reading>* readings) {
+void Pricing::begin(const TrialText& text, Reading* reading) {
+  reading->costs.assign(tables_.languages().size(), kNoCost);
+  mark_possible(text.counts, reading);
+}
+
+// The multi-byte readings that models are for; returns what the cheapest one costs.
+double Pricing::price_modelled(const TrialText& text, Pool<Reading>* readings) {
   double best = kNoCost;
-  for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
   bool asked = false;
   for (Reading& reading : *readings) {
-    if (reading.table != nullptr) continue;
     const uint32_t flags = kCharsets[reading.charsets.front()].flags;
-    if ((flags & kUnicode) != 0 && (flags & kMarkupSafe) != 0) {
+    if (reading.table != nullptr || (flags & kMarkupSafe) == 0) continue;
+    begin(text, &reading);
+    if ((flags & kUnicode) != 0) {
       ListedSums sums(homes_.utf8());
       add_all(text.segments, &sums);
       price_pairs(homes_.utf8(), sums.totals(), &reading);
-    } else if ((flags & kMarkupSafe) != 0) {
+    } else {
       if (!pair_sums_.has_value()) pair_sums_.emplace(homes_.pairs());
       if (!std::exchange(asked, true)) {
         pair_sums_->reset();
@@ -129,7 +137,92 @@ void Pricing::price_multi_byte(std::string_view sample, const TrialText& text,
       }
       price_pairs(homes_.pairs(), pair_sums_->totals(), &reading);
     }
-    if (!has_cost(reading)) price_decoded(sample, best - reading.prior, &reading);
+    drop_impossible(&reading);
+    best = std::min(best, least_cost(reading));
+  }
+  return best;
+}
+
+double Pricing::screen(const TrialText& text, double rival, const Pool<Reading>& readings) {
+  screening_.start(text.segments);
+  screened_.clear();
+  double least = kNoCost;
+  double next = kNoCost;
+  const double most = rival == kNoCost ? kNoCost : most_beside(text, rival);
+  for (const Reading& reading : readings) {
+    double cost = kNoCost;
+    if (keeps_ascii(reading)) {
+      const LetterCost* letters = homes_.letters().of(reading.charsets.front());
+      cost = screening_.cost(letters) + reading.prior;
+      if (most != kNoCost && screening_.whole_cost(letters) > most) cost += kBesideRival;
+    }
+    screened_.push_back(cost);
+    if (cost < least) std::swap(cost, least);
+    next = std::min(next, cost);
+  }
+  const double limit = least + screening_.margin();
+  // Some other reading is to show how far the best one is ahead.
+  return rival == kNoCost ? std::max(limit, next) : limit;
+}
+
+// What the letters that are looked at cost at most in a reading that may be cheaper than the rival.
+double Pricing::most_beside(const TrialText& text, double rival) const {
+  const double ascii = *std::min_element(base_.begin(), base_.end());
+  size_t high = 0;
+  for (const unsigned char b : text.counts.present) high += b >= 0x80 ? text.counts.of[b] : 0;
+  const double share = static_cast<double>(screening_.seen()) / static_cast<double>(high);
+  return std::max(rival - ascii, 0.0) * share + kFarBehind;
+}
+
+// Asks about the single-byte readings that cost no more than `limit` by their letters; returns how
+// much a byte the best one costs.
+double Pricing::ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings) {
+  trials_.start(&text, &base_);
+  trials_.set_rival(rival);
+  for (size_t i = 0; i < readings->size(); ++i) {
+    Reading& reading = (*readings)[i];
+    if (!keeps_ascii(reading) || screened_[i] > limit) continue;
+    begin(text, &reading);
+    reading.language_extra = &extra_;
+    trials_.add(&reading);
+  }
+  trials_.run();
+  double best = rival;
+  double fit = 0;
+  for (const Reading& reading : *readings) {
+    if (!keeps_ascii(reading) || least_cost(reading) >= best) continue;
+    best = least_cost(reading);
+    double least = kNoCost;
+    for (size_t l = 0; l < reading.costs.size(); ++l) {
+      if (reading.costs[l] != kNoCost) least = std::min(least, reading.costs[l] - base_[l]);
+    }
+    fit = least / static_cast<double>(std::max<size_t>(text.length, 1));
+  }
+  if (best == kNoCost) return kNoCost;
+  return fit;
+}
+
+// Those that are likely by their letters. If the best of them does not fit as text does, letters
+// misled, and all are asked about.
+void Pricing::price_single_bytes(const TrialText& text, double rival, Pool<Reading>* readings) {
+  const double limit = screen(text, rival, *readings);
+  if (ask(text, limit, rival, readings) > kMostOfText) ask(text, kNoCost, rival, readings);
+}
+
+// The readings that do not keep ASCII, and those that no model is for.
+void Pricing::price_others(std::string_view sample, const TrialText& text,
+                           Pool<Reading>* readings) {
+  double best = kNoCost;
+  for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
+  const double best_of_ascii = best;
+  for (Reading& reading : *readings) {
+    if (has_cost(reading) || keeps_ascii(reading)) continue;
+    begin(text, &reading);
+    if (reading.table != nullptr) {
+      price_whole(sample, best_of_ascii - reading.prior, &reading);
+    } else {
+      price_decoded(sample, best - reading.prior, &reading);
+    }
     drop_impossible(&reading);
     best = std::min(best, least_cost(reading));
   }
@@ -149,7 +242,7 @@ void Pricing::mark_possible(const ByteCounts& counts, Reading* reading) {
   uint32_t written = 0;
   for (const int charset : reading->charsets) written |= written_scripts(charset);
   const int front = reading->charsets.front();
-  if (reading->table != nullptr && (kCharsets[front].flags & kEbcdic) == 0) {
+  if (keeps_ascii(*reading)) {
     // Latin letters need not be there: ASCII is not counted.
     uint32_t scripts = script_bit(kLatin) | script_bit(kAnyScript);
     const Alphabet& alphabet = alphabet_of(front);
@@ -165,8 +258,23 @@ void Pricing::drop_impossible(Reading* reading) {
   }
 }
 
-// A reading that does not keep ASCII: all of its text is written in the homes.
-void Pricing::price_whole(std::string_view sample, Reading* reading) const {
+// A reading that does not keep ASCII: all of its text is written in the homes, if its beginning may
+// cost less than `most` in proportion.
+void Pricing::price_whole(std::string_view sample, double most, Reading* reading) const {
+  for (const size_t beginning : kBeginnings) {
+    const double share = static_cast<double>(beginning) / static_cast<double>(sample.size());
+    if (share > 0.5 || most == kNoCost) break;
+    price_whole_part(sample.substr(0, beginning), reading);
+    if (is_far_behind(most * share, *reading)) {
+      for (double& cost : reading->costs) cost /= share;
+      return;
+    }
+  }
+  price_whole_part(sample, reading);
+}
+
+void Pricing::price_whole_part(std::string_view sample, Reading* reading) const {
+  std::fill(reading->costs.begin(), reading->costs.end(), kNoCost);
   const std::vector<std::string> texts = {std::string(sample)};
   const ByteCounts counts(texts);
   const Alphabet& alphabet = alphabet_of(reading->charsets.front());
@@ -204,11 +312,11 @@ void Pricing::price_decoded(std::string_view sample, double most, Reading* readi
   // Behind the head, a sample is made of lines, whose bytes need not stand in pairs.
   const bool units = (charset.flags & (kUtf16 | kUtf32)) != 0;
   if (units) sample = sample.substr(0, Sample::kHead);
-  const double share = static_cast<double>(kBeginning) / static_cast<double>(sample.size());
-  if (share < 0.5 && most != kNoCost) {
-    price_decoded_part(charset, sample.substr(0, kBeginning), most * share, reading);
-    const double least = *std::min_element(reading->costs.begin(), reading->costs.end());
-    if (least != kNoCost && least > most * share + kFarBehind) {
+  for (const size_t beginning : kBeginnings) {
+    const double share = static_cast<double>(beginning) / static_cast<double>(sample.size());
+    if (share > 0.5 || most == kNoCost) break;
+    price_decoded_part(charset, sample.substr(0, beginning), most * share, reading);
+    if (is_far_behind(most * share, *reading)) {
       for (double& cost : reading->costs) cost /= share;
       return;
     }

@@ -22,6 +22,7 @@
 #include "lib/detect/charset_table.h"
 #include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
+#include "lib/detect/screening.h"
 #include "lib/detect/trials.h"
 #include "lib/detect/utf8_pricing.h"
 
@@ -48,10 +49,19 @@ class Pricing {
   // The languages of the scripts, found once for all documents with the same restrictions.
   const PossibleLanguages& possible(uint32_t scripts);
   static void drop_impossible(Reading* reading);
-  void price_whole(std::string_view sample, Reading* reading) const;
+  void price_whole(std::string_view sample, double most, Reading* reading) const;
+  void price_whole_part(std::string_view sample, Reading* reading) const;
   void price_pairs(const ListedModels& models, const std::vector<double>& totals,
                    Reading* reading) const;
-  void price_multi_byte(std::string_view sample, const TrialText& text, Pool<Reading>* readings);
+  double price_modelled(const TrialText& text, Pool<Reading>* readings);
+  void price_single_bytes(const TrialText& text, double rival, Pool<Reading>* readings);
+  // How much each reading costs by its letters; what is beyond the limit that is returned is not
+  // worth asking about.
+  double screen(const TrialText& text, double rival, const Pool<Reading>& readings);
+  double most_beside(const TrialText& text, double rival) const;
+  double ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings);
+  void price_others(std::string_view sample, const TrialText& text, Pool<Reading>* readings);
+  void begin(const TrialText& text, Reading* reading);
   void price_decoded(std::string_view sample, double most, Reading* reading);
   void price_decoded_part(const Charset& charset, std::string_view part, double most,
                           Reading* reading);
@@ -68,6 +78,8 @@ class Pricing {
   std::vector<char> languages_;
   std::deque<PossibleLanguages> possible_;
   CostSums ascii_sums_;
+  Screening screening_;
+  std::vector<double> screened_;  // by reading
   Trials trials_;
   // Made when they are first needed, with what they are made of.
   std::optional<ListedSums> pair_sums_;

@@ -12,15 +12,45 @@ namespace {
 // A character of running text costs less; a wrong byte order strews characters over rare blocks.
 constexpr double kMostUnicodeCost = 10.5;
 constexpr uint64_t kFewestUnicode = 2;
+// Chinese characters and Korean syllables cost more than letters, and of so many about half of the
+// bytes lie above 0x7F.
+constexpr uint64_t kFewestChinese = 16;
+constexpr double kLeastChineseCost = 7;
+constexpr uint64_t kBytesPerHigh = 8;
+// Text of so many bytes has blanks.
+constexpr uint64_t kSurelyBlanks = 128;
 
-bool looks_unlike(const Evidence& evidence, int charset) {
-  const uint32_t flags = kCharsets[charset].flags;
-  if ((flags & (kUtf16 | kUtf32)) == 0) return evidence.holds(0);
+// What is asked about each charset for every document.
+struct CharsetFacts {
+  const uint16_t* table = nullptr;  // of a single-byte one
+  double prior = 0;
+  bool is_part = false;
+  bool is_wide = false;    // UTF-16 or UTF-32
+  bool is_ebcdic = false;  // the blank is 0x40
+};
+
+const std::vector<CharsetFacts>& facts_of_charsets() {
+  static const std::vector<CharsetFacts> all = [] {
+    std::vector<CharsetFacts> made;
+    for (int c = 0; c < kCharsetCount; ++c) {
+      const uint32_t flags = kCharsets[c].flags;
+      made.push_back({single_byte_table(c), prior_cost(c), (flags & kPart) != 0,
+                      (flags & (kUtf16 | kUtf32)) != 0, (flags & kEbcdic) != 0});
+    }
+    return made;
+  }();
+  return all;
+}
+
+bool looks_wide(const Evidence& evidence, int charset) {
   for (const UnicodeCheck& check : evidence.unicode()) {
     if (std::string_view(check.charset()) != kCharsets[charset].iana) continue;
-    return check.characters() < kFewestUnicode || check.cost() > kMostUnicodeCost;
+    if (check.characters() < kFewestUnicode || check.cost() > kMostUnicodeCost) return false;
+    // Text of ASCII letters, two of which together are one Chinese character.
+    const bool many = check.characters() >= kFewestChinese && check.cost() >= kLeastChineseCost;
+    return !many || evidence.high() * kBytesPerHigh >= evidence.length();
   }
-  return true;
+  return false;
 }
 
 // Numbers that stand for what bytes decode to: sums of them tell texts apart.
@@ -84,9 +114,11 @@ class Present {
 
 // Puts the likelier one first, and among those alike the one that came first.
 void add_charset(int charset, Reading* reading) {
+  const std::vector<CharsetFacts>& facts = facts_of_charsets();
+  const double prior = facts[static_cast<size_t>(charset)].prior;
   std::vector<int>& all = reading->charsets;
-  const auto at = std::find_if(all.begin(), all.end(), [charset](int other) {
-    return prior_cost(other) > prior_cost(charset);
+  const auto at = std::find_if(all.begin(), all.end(), [&](int other) {
+    return facts[static_cast<size_t>(other)].prior > prior;
   });
   all.insert(at, charset);
 }
@@ -139,13 +171,18 @@ void find_readings(const Evidence& evidence, const std::function<bool(int charse
                    bool with_controls, Pool<Reading>* readings) {
   readings->clear();
   const Present present(evidence);
+  const std::vector<CharsetFacts>& all = facts_of_charsets();
+  const bool has_nul = evidence.holds(0);
+  const bool lacks_blanks = evidence.kinds().at_signs == 0 && evidence.length() >= kSurelyBlanks;
   for (int c = 0; c < kCharsetCount; ++c) {
-    if (!allowed(c) || looks_unlike(evidence, c) || !evidence.decodes(c, with_controls)) continue;
-    const uint16_t* table = single_byte_table(c);
-    if ((kCharsets[c].flags & kPart) != 0) {
+    const CharsetFacts& facts = all[static_cast<size_t>(c)];
+    if (facts.is_wide ? !looks_wide(evidence, c) : has_nul) continue;
+    if (facts.is_ebcdic && lacks_blanks) continue;
+    if (!evidence.decodes(c, with_controls) || !allowed(c)) continue;
+    if (facts.is_part) {
       add_part(c, readings);
-    } else if (table != nullptr) {
-      add_single_byte(c, table, present, readings);
+    } else if (facts.table != nullptr) {
+      add_single_byte(c, facts.table, present, readings);
     } else {
       Reading& reading = readings->add();
       reading.reset();

@@ -93,6 +93,7 @@ Trials::~Trials() = default;
 void Trials::start(const TrialText* text, const std::vector<double>* base) {
   text_ = text;
   base_ = base;
+  rival_ = kNoCost;
   trials_.clear();
   answers_.resize(homes_.all().size());
 }
@@ -192,11 +193,44 @@ void Trials::compare(Trial* trial) {
   trial->least += trial->extra + trial->reading->prior;
 }
 
+double Trials::rival_at(size_t asked) const {
+  const double least = *std::min_element(base_->begin(), base_->end());
+  const double share = static_cast<double>(asked) / static_cast<double>(text_->length);
+  return least + std::max(rival_ - least, 0.0) * share + margin_;
+}
+
+// Whether one language of one reading is left.
+bool Trials::is_told() const {
+  const Trial* alive = nullptr;
+  for (const Trial& trial : trials_) {
+    if (!trial.alive) continue;
+    if (alive != nullptr) return false;
+    alive = &trial;
+  }
+  if (alive == nullptr) return true;
+  double least = kNoCost;
+  double next = kNoCost;
+  for (const InHome& in : alive->homes) {
+    for (size_t i = 0; i < in.home->languages.size() && in.alive; ++i) {
+      const size_t l = in.home->languages[i];
+      if (alive->reading->possible->marks[l] == 0) continue;
+      double cost = (*base_)[l] + (*alive->reading->language_extra)[l] + in.sums.total(i);
+      if (cost < least) std::swap(cost, least);
+      next = std::min(next, cost);
+    }
+  }
+  return next >= least + told_;
+}
+
 void Trials::run() {
   size_t asked = 0;
+  size_t asked_bytes = 0;
   for (size_t until = 1; asked < text_->pieces.size(); until *= 2) {
     until = std::min(until, text_->pieces.size());
-    double least = kNoCost;
+    for (size_t i = asked; i < until; ++i) {
+      asked_bytes += text_->pieces[i].to - text_->pieces[i].from;
+    }
+    double least = rival_ == kNoCost ? kNoCost : rival_at(asked_bytes);
     for (size_t i = asked; i < until; ++i) {
       for (Pool<Answer>& answers : answers_) answers.clear();
       for (Trial& trial : trials_) {
@@ -214,6 +248,7 @@ void Trials::run() {
       trial.alive = trial.behind <= margin_;
     }
     asked = until;
+    if (is_told()) break;
   }
   double best = kNoCost;
   for (Trial& trial : trials_) {

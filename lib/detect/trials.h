@@ -54,9 +54,13 @@ class Trials {
 
   // `base` is added to the costs of each language.
   void start(const TrialText* text, const std::vector<double>* base);
+  // A reading of another kind, at `cost` for all of the text and its prior, is in the running.
+  void set_rival(double cost) { rival_ = cost; }
   void add(Reading* reading);
   // How far behind the best a reading gives up, in nats; infinity to ask all to the end.
   void set_margin(double nats) { margin_ = nats; }
+  // How far a language must be ahead of the others when one reading is left to ask about no more.
+  void set_told(double nats) { told_ = nats; }
   // Fills the costs of all readings.
   void run();
 
@@ -71,6 +75,9 @@ class Trials {
   const CostSums& answer(const HomeModels& models, std::string_view written, size_t from,
                          Pool<Answer>* known);
   void compare(Trial* trial);
+  bool is_told() const;
+  // What the rival may have cost at most when so much was asked about.
+  double rival_at(size_t asked) const;
   void settle(Trial* trial) const;
   static void keep_behind(const Trial& trial, double least);
 
@@ -78,6 +85,8 @@ class Trials {
   const TrialText* text_ = nullptr;
   const std::vector<double>* base_ = nullptr;
   double margin_ = 60;
+  double told_ = 80;
+  double rival_ = kNoCost;
   Pool<Trial> trials_;
   std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
   std::vector<Pool<Answer>> answers_;             // about the piece that is asked about, by home

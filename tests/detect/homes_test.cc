@@ -76,7 +76,8 @@ class HomesTest : public testing::Test {
 
   // The costs of one reading, all readings asked until they are so many nats behind.
   std::vector<std::vector<double>> costs(const std::string& bytes, double margin,
-                                         const std::vector<const char*>& names = kReadings) {
+                                         const std::vector<const char*>& names = kReadings,
+                                         double told = kNoCost) {
     const TrialText text(high_segments(normalised(bytes)));
     const std::vector<double> base(tables_->languages().size(), 0);
     const PossibleLanguages possible = tables_->homes().possible(kAllScripts, {});
@@ -93,6 +94,7 @@ class HomesTest : public testing::Test {
     Trials trials(tables_->homes());
     trials.start(&text, &base);
     trials.set_margin(margin);
+    trials.set_told(told);
     for (Reading& reading : readings) trials.add(&reading);
     trials.run();
     std::vector<std::vector<double>> all;
@@ -218,6 +220,43 @@ TEST_F(HomesTest, PiecesCostAsMuchAsTheWhole) {
   for (const std::string& segment : text.segments) length += segment.size();
   EXPECT_EQ(text.length, length);
   EXPECT_GT(text.pieces.size(), text.segments.size() / 2);
+}
+
+TEST_F(HomesTest, OneLanguageAheadIsAskedAboutNoMore) {
+  std::string german;
+  for (int i = 0; i < 40; ++i) german += kGerman;
+  const std::string bytes = in("windows-1252", german);
+  const std::vector<const char*> names = {"windows-1252", "KOI8-R"};
+  const std::vector<double> all = costs(bytes, 60, names).front();
+  const std::vector<double> told = costs(bytes, 60, names, 80).front();
+  EXPECT_NE(least(told), least(all));
+  EXPECT_NEAR(least(told) / least(all), 1, 0.2);
+  EXPECT_EQ(std::min_element(told.begin(), told.end()) - told.begin(),
+            std::min_element(all.begin(), all.end()) - all.begin());
+}
+
+TEST_F(HomesTest, ReadingsFarBehindARivalGiveUp) {
+  const TrialText text(high_segments(normalised(in("windows-1252", kGerman))));
+  const std::vector<double> base(tables_->languages().size(), 0);
+  const PossibleLanguages possible = tables_->homes().possible(kAllScripts, {});
+  const auto cost_beside = [&](double rival) {
+    Reading reading;
+    reading.charsets = {find_charset_index("windows-1251")};
+    reading.table = single_byte_table(reading.charsets.front());
+    reading.costs.assign(base.size(), kNoCost);
+    reading.possible = &possible;
+    reading.language_extra = &base;
+    Trials trials(tables_->homes());
+    trials.start(&text, &base);
+    trials.set_rival(rival);
+    trials.add(&reading);
+    trials.run();
+    return least(reading.costs);
+  };
+  // Of what a few bytes cost the rest is guessed.
+  EXPECT_EQ(cost_beside(1e6), cost_beside(kNoCost));
+  EXPECT_NE(cost_beside(1), cost_beside(kNoCost));
+  EXPECT_GT(cost_beside(1), 100);
 }
 
 TEST_F(HomesTest, GivingUpDoesNotChangeTheBest) {
