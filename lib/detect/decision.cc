@@ -279,7 +279,10 @@ void Decider::decide_by_cost(const Task& task, Decision* decision) {
   decision->grounds = ranked.front().second;
   Candidate& best = decision->candidates.front();
   best.language_probability = language_confidence(decision->grounds);
-  if (ranked.size() == 1) {
+  if (ranked.size() == 1 && readings_.size() > 1) {
+    // None of the others is worth pricing.
+    decision->grounds.margin = kMostMargin;
+  } else if (ranked.size() == 1) {
     // Where the caller left only one, that it decodes the bytes says little: it has to fit.
     const bool by_itself = task.restrictions.charsets.empty();
     if (by_itself) decision->grounds.ground = Ground::kAlone;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "lib/detect/byte_blocks.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/converter.h"
 #include "lib/detect/focus.h"
@@ -16,14 +15,11 @@ namespace {
 
 // Bytes above 0x7F that are looked at; more would not change an answer.
 constexpr size_t kMostHigh = 2000;
-// What it costs that a document's ASCII is in another language.
-constexpr double kOtherAscii = 6;
-
-// The same, when the document's language is written in another script.
-constexpr double kOtherScript = 4;
-
-// Nats a byte that the text around bytes above 0x7F costs in its own language, at most.
-constexpr double kMostOfText = 3.5;
+// Nats a byte that the text around bytes above 0x7F costs in its own language, at most; and bytes
+// of it that tell whether it does.
+constexpr double kMostOfLetters = 3.5;
+constexpr double kMostOfPairs = 5;
+constexpr size_t kTellingText = 32;
 
 double least_cost(const Reading& reading) {
   double least = kNoCost;
@@ -60,39 +56,12 @@ bool has_cost(const Reading& reading) {
 }  // namespace
 
 Pricing::Pricing(const ModelTables& tables)
-    : tables_(tables), homes_(tables.homes()), trials_(homes_) {}
+    : tables_(tables), homes_(tables.homes()), ascii_(tables), trials_(homes_) {}
 
 std::vector<double> Pricing::price_utf8(std::string_view text, const std::vector<char>& languages,
                                         double most) {
   if (!utf8_.has_value()) utf8_.emplace(tables_);
   return utf8_->price(text, languages, most);
-}
-
-// ASCII within a document may be markup, code or English whatever the document's language is. So it
-// costs a charset hardly more than in the language that it fits best, and says nothing at all about
-// languages of other scripts.
-void Pricing::price_ascii(std::string_view plain) {
-  CostSums& sums = ascii_sums_;
-  sums.start(homes_.ascii());
-  // No trigram of ASCII alone holds what stands between two runs of it.
-  for (size_t from = 0; from < plain.size();) {
-    const size_t to = skip_ascii(plain, from);
-    if (to - from > 2) sums.add(plain.substr(from, to - from), 0);
-    from = skip_high(plain, to);
-  }
-  const std::vector<size_t>& languages = homes_.languages();
-  double least = kNoCost;
-  for (size_t i = 0; i < languages.size(); ++i) least = std::min(least, sums.total(i));
-  base_.assign(tables_.languages().size(), kNoCost);
-  extra_.assign(tables_.languages().size(), 0);
-  for (size_t i = 0; i < languages.size(); ++i) {
-    const size_t l = languages[i];
-    const Script script = homes_.scripts()[l];
-    const bool latin = script == kLatin || script == kAnyScript;
-    const double cost = latin ? sums.total(i) : least + kOtherScript;
-    base_[l] = std::min(cost, least + kOtherAscii);
-    extra_[l] = cost - base_[l];
-  }
 }
 
 void Pricing::price(std::string_view sample, const std::vector<char>& languages,
@@ -105,7 +74,7 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
   priced_ = sample.size();
   const std::string plain = normalised(main_text(sample));
   const TrialText text(high_segments(plain));
-  price_ascii(plain);
+  ascii_.price(plain);
   for (Reading& reading : *readings) reading.costs.clear();
   const double rival = price_modelled(text, readings);
   price_single_bytes(text, rival, readings);
@@ -167,51 +136,59 @@ double Pricing::screen(const TrialText& text, double rival, const Pool<Reading>&
 
 // What the letters that are looked at cost at most in a reading that may be cheaper than the rival.
 double Pricing::most_beside(const TrialText& text, double rival) const {
-  const double ascii = *std::min_element(base_.begin(), base_.end());
-  size_t high = 0;
+  const double ascii = ascii_.least();
+  uint64_t high = 0;
   for (const unsigned char b : text.counts.present) high += b >= 0x80 ? text.counts.of[b] : 0;
   const double share = static_cast<double>(screening_.seen()) / static_cast<double>(high);
   return std::max(rival - ascii, 0.0) * share + kFarBehind;
 }
 
-// Asks about the single-byte readings that cost no more than `limit` by their letters; returns how
-// much a byte the best one costs.
-double Pricing::ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings) {
-  trials_.start(&text, &base_);
+// Asks about the single-byte readings that cost no more than `limit` by their letters.
+void Pricing::ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings) {
+  trials_.start(&text, &ascii_.base());
   trials_.set_rival(rival);
   for (size_t i = 0; i < readings->size(); ++i) {
     Reading& reading = (*readings)[i];
     if (!keeps_ascii(reading) || screened_[i] > limit) continue;
     begin(text, &reading);
-    reading.language_extra = &extra_;
+    reading.language_extra = &ascii_.extra();
     trials_.add(&reading);
   }
   trials_.run();
-  double best = rival;
-  double fit = 0;
-  for (const Reading& reading : *readings) {
-    if (!keeps_ascii(reading) || least_cost(reading) >= best) continue;
-    best = least_cost(reading);
-    double least = kNoCost;
-    for (size_t l = 0; l < reading.costs.size(); ++l) {
-      if (reading.costs[l] != kNoCost) least = std::min(least, reading.costs[l] - base_[l]);
-    }
-    fit = least / static_cast<double>(std::max<size_t>(text.length, 1));
-  }
-  if (best == kNoCost) return kNoCost;
-  return fit;
 }
 
-// Those that are likely by their letters. If the best of them does not fit as text does, letters
+// Whether the best reading so far costs what text does.
+bool Pricing::fits(const TrialText& text, const Pool<Reading>& readings) const {
+  const Reading* best = nullptr;
+  double least = kNoCost;
+  for (const Reading& reading : readings) {
+    const double cost = least_cost(reading);
+    if (cost >= least) continue;
+    least = cost;
+    best = &reading;
+  }
+  if (best == nullptr) return false;
+  double beyond_ascii = kNoCost;
+  for (size_t l = 0; l < best->costs.size(); ++l) {
+    if (best->costs[l] != kNoCost) {
+      beyond_ascii = std::min(beyond_ascii, best->costs[l] - ascii_.base()[l]);
+    }
+  }
+  const double most = best->table != nullptr ? kMostOfLetters : kMostOfPairs;
+  return beyond_ascii <= most * static_cast<double>(text.length);
+}
+
+// Those that are likely by their letters. If the best of all does not fit as text does, letters
 // misled, and all are asked about.
 void Pricing::price_single_bytes(const TrialText& text, double rival, Pool<Reading>* readings) {
-  const double limit = screen(text, rival, *readings);
-  if (ask(text, limit, rival, readings) > kMostOfText) ask(text, kNoCost, rival, readings);
+  ask(text, screen(text, rival, *readings), rival, readings);
+  if (!fits(text, *readings)) ask(text, kNoCost, rival, readings);
 }
 
-// The readings that do not keep ASCII, and those that no model is for.
+// The readings that do not keep ASCII, and those that no model is for, where nothing else fits.
 void Pricing::price_others(std::string_view sample, const TrialText& text,
                            Pool<Reading>* readings) {
+  if (text.length >= kTellingText && fits(text, *readings)) return;
   double best = kNoCost;
   for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
   const double best_of_ascii = best;
@@ -300,8 +277,8 @@ void Pricing::price_pairs(const ListedModels& models, const std::vector<double>&
     const ModelInfo& model = models.info(i);
     if (!reading->holds(model.charset)) continue;
     const auto l = static_cast<size_t>(model.language);
-    if (base_[l] == kNoCost) continue;
-    reading->costs[l] = std::min(reading->costs[l], base_[l] + totals[i]);
+    if (ascii_.base()[l] == kNoCost) continue;
+    reading->costs[l] = std::min(reading->costs[l], ascii_.base()[l] + totals[i]);
   }
 }
 

@@ -19,6 +19,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/ascii_pricing.h"
 #include "lib/detect/charset_table.h"
 #include "lib/detect/homes.h"
 #include "lib/detect/readings.h"
@@ -59,25 +60,21 @@ class Pricing {
   // worth asking about.
   double screen(const TrialText& text, double rival, const Pool<Reading>& readings);
   double most_beside(const TrialText& text, double rival) const;
-  double ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings);
+  void ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings);
+  bool fits(const TrialText& text, const Pool<Reading>& readings) const;
   void price_others(std::string_view sample, const TrialText& text, Pool<Reading>* readings);
   void begin(const TrialText& text, Reading* reading);
   void price_decoded(std::string_view sample, double most, Reading* reading);
   void price_decoded_part(const Charset& charset, std::string_view part, double most,
                           Reading* reading);
-  void price_ascii(std::string_view plain);
 
   size_t priced_ = 0;
   const ModelTables& tables_;
   const Homes& homes_;
-  // Of the last sample, by language: what the trigrams of ASCII alone cost a charset, and what they
-  // cost the language beyond that.
-  std::vector<double> base_;
-  std::vector<double> extra_;
+  AsciiPricing ascii_;  // of the last sample
   // Which languages the caller allows, and what that leaves for each set of scripts.
   std::vector<char> languages_;
   std::deque<PossibleLanguages> possible_;
-  CostSums ascii_sums_;
   Screening screening_;
   std::vector<double> screened_;  // by reading
   Trials trials_;

@@ -118,7 +118,7 @@ const char* UnicodeCheck::charset() const {
 size_t UnicodeCheck::take_units(std::string_view bytes) {
   static const UnitCosts costs;
   const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
-  const size_t units = std::min<size_t>(bytes.size() / 2, kMostPriced - characters_);
+  const size_t units = std::min(bytes.size() / 2, static_cast<size_t>(kMostPriced - characters_));
   const char* at = bytes.data();
   const char* const end = at + 2 * units;
   uint64_t twice = 0;

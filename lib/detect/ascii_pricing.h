@@ -1,0 +1,51 @@
+// AsciiPricing: what the ASCII of a document costs in each language, when the document is in a
+// charset that keeps ASCII and all readings have it in common.
+//
+// The models are asked about a little of it, taken from all over the text, then about four times as
+// much, and so on, until one language is far ahead of the others.
+//
+// Life cycle: one object for each detector; the costs are those of the last text.
+// Ownership:  the tables are the caller's.
+// Threads:    one at a time.
+#ifndef ORVA_LIB_DETECT_ASCII_PRICING_H_
+#define ORVA_LIB_DETECT_ASCII_PRICING_H_
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "lib/detect/homes.h"
+#include "lib/detect/model_tables.h"
+
+namespace orva {
+
+class AsciiPricing {
+ public:
+  explicit AsciiPricing(const ModelTables& tables);
+
+  void price(std::string_view plain);
+  // By language: what the trigrams of ASCII alone cost a charset, and what they cost the language
+  // beyond that.
+  const std::vector<double>& base() const { return base_; }
+  const std::vector<double>& extra() const { return extra_; }
+  // What they cost a charset at least.
+  double least() const { return least_; }
+  // How far a language must be ahead of the others, in nats; infinity asks about all of the text.
+  void set_margin(double nats) { margin_ = nats; }
+
+ private:
+  size_t feed(std::string_view plain, size_t first, size_t step);
+  bool is_told() const;
+
+  const Homes& homes_;
+  std::vector<bool> latin_;  // by column: ASCII says something about the language
+  CostSums sums_;
+  double margin_ = 80;
+  double least_ = 0;
+  std::vector<double> base_;
+  std::vector<double> extra_;
+};
+
+}  // namespace orva
+
+#endif  // ORVA_LIB_DETECT_ASCII_PRICING_H_
