@@ -21,7 +21,32 @@ double byte_cost(const ModelInfo& info, int q) {
 
 double trigram_cost(const ModelInfo& info, int q) { return q * info.step + info.least; }
 
+__attribute__((always_inline)) inline void add_all(const uint16_t* const* rows, size_t count,
+                                                   uint32_t* all, size_t width) {
+  for (size_t k = 0; k < width; k += kRowStep) {
+    // Loops of fixed length become vector additions.
+    uint32_t sums[kRowStep] = {};
+    for (size_t r = 0; r < count; ++r) {
+      for (size_t j = 0; j < kRowStep; ++j) sums[j] += rows[r][k + j];
+    }
+    for (size_t j = 0; j < kRowStep; ++j) all[k + j] += sums[j];
+  }
+}
+
+void add_plain(const uint16_t* const* rows, size_t count, uint32_t* sums, size_t width) {
+  add_all(rows, count, sums, width);
+}
+
+__attribute__((target("avx2"))) void add_avx2(const uint16_t* const* rows, size_t count,
+                                              uint32_t* sums, size_t width) {
+  add_all(rows, count, sums, width);
+}
+
 }  // namespace
+
+RowAdder plain_row_adder() { return add_plain; }
+
+RowAdder best_row_adder() { return __builtin_cpu_supports("avx2") != 0 ? add_avx2 : add_plain; }
 
 HomeModels::HomeModels(const ModelTables& tables, const std::vector<int>& models, Kind kind)
     : nb_models_(models.size()),
@@ -106,15 +131,8 @@ void CostSums::start(const HomeModels& models) {
 }
 
 void CostSums::add_rows(const uint16_t* const* rows, size_t count) {
-  const size_t width = sums_.size();
-  for (size_t k = 0; k < width; k += kRowStep) {
-    // Loops of fixed length become vector additions.
-    uint32_t sums[kRowStep] = {};
-    for (size_t r = 0; r < count; ++r) {
-      for (size_t j = 0; j < kRowStep; ++j) sums[j] += rows[r][k + j];
-    }
-    for (size_t j = 0; j < kRowStep; ++j) sums_[k + j] += sums[j];
-  }
+  static const RowAdder add = best_row_adder();
+  add(rows, count, sums_.data(), sums_.size());
   pending_ += static_cast<uint32_t>(count);
   if (pending_ >= kFoldAfter) fold();
 }

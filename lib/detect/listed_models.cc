@@ -10,7 +10,77 @@ namespace {
 // What is known to fewer models has no row.
 constexpr uint32_t kFewestForRow = 12;
 
+__attribute__((always_inline)) inline void add_all_rows(const uint8_t* const* rows,
+                                                        const uint8_t* const* by_byte, size_t count,
+                                                        size_t width, ListedSums::Known* all) {
+  constexpr size_t kStep = ListedModels::kRowStep;
+  for (size_t k = 0; k < width; k += kStep) {
+    // So few rows do not overflow. Loops of fixed length become vector operations.
+    uint16_t costs[kStep] = {};
+    uint16_t unigrams[kStep] = {};
+    uint8_t known[kStep] = {};
+    for (size_t r = 0; r < count; ++r) {
+      const uint8_t* const row = rows[r] + k;
+      const uint8_t* const marks = row + width;
+      const uint8_t* const unigram = by_byte[r] + k;
+      for (size_t j = 0; j < kStep; ++j) costs[j] = static_cast<uint16_t>(costs[j] + row[j]);
+      for (size_t j = 0; j < kStep; ++j) {
+        unigrams[j] = static_cast<uint16_t>(unigrams[j] + (marks[j] & unigram[j]));
+      }
+      for (size_t j = 0; j < kStep; ++j) known[j] = static_cast<uint8_t>(known[j] - marks[j]);
+    }
+    for (size_t j = 0; j < kStep; ++j) {
+      const uint64_t times = known[j] * ListedModels::kOne;
+      all[k + j].trigrams += costs[j] + times;
+      all[k + j].unigrams += unigrams[j] + times;
+    }
+  }
+}
+
+// Neither half of a number grows into the other, so halves may be multiplied as numbers of their
+// own.
+__attribute__((always_inline)) inline void add_all_bytes(const uint64_t* unigrams, uint32_t times,
+                                                         size_t width, uint64_t* all) {
+  using Halves = uint32_t __attribute__((vector_size(32)));
+  constexpr size_t kStep = sizeof(Halves) / sizeof(uint64_t);
+  for (size_t k = 0; k < width; k += kStep) {
+    Halves of_byte;
+    Halves sums;
+    __builtin_memcpy(&of_byte, unigrams + k, sizeof of_byte);
+    __builtin_memcpy(&sums, all + k, sizeof sums);
+    sums += of_byte * times;
+    __builtin_memcpy(all + k, &sums, sizeof sums);
+  }
+}
+
+void add_rows_plain(const uint8_t* const* rows, const uint8_t* const* by_byte, size_t count,
+                    size_t width, ListedSums::Known* all) {
+  add_all_rows(rows, by_byte, count, width, all);
+}
+
+void add_bytes_plain(const uint64_t* unigrams, uint32_t times, size_t width, uint64_t* all) {
+  add_all_bytes(unigrams, times, width, all);
+}
+
+__attribute__((target("avx2"))) void add_rows_avx2(const uint8_t* const* rows,
+                                                   const uint8_t* const* by_byte, size_t count,
+                                                   size_t width, ListedSums::Known* all) {
+  add_all_rows(rows, by_byte, count, width, all);
+}
+
+__attribute__((target("avx2"))) void add_bytes_avx2(const uint64_t* unigrams, uint32_t times,
+                                                    size_t width, uint64_t* all) {
+  add_all_bytes(unigrams, times, width, all);
+}
+
 }  // namespace
+
+ListedSums::Adders ListedSums::plain_adders() { return {add_rows_plain, add_bytes_plain}; }
+
+ListedSums::Adders ListedSums::best_adders() {
+  if (__builtin_cpu_supports("avx2") == 0) return plain_adders();
+  return {add_rows_avx2, add_bytes_avx2};
+}
 
 ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
     : tables_(tables),
@@ -18,7 +88,7 @@ ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
       width_((models_.size() + kRowStep - 1) / kRowStep * kRowStep),
       folding_(tables.switches()),
       columns_(static_cast<size_t>(tables.nb_indices())),
-      unigrams_(kNbBytes * models_.size(), 0),
+      unigrams_(kNbBytes * width_, 0),
       row_unigrams_(kNbBytes * width_, 0) {
   std::vector<int> column_of(static_cast<size_t>(tables.nb_models()), -1);
   for (size_t i = 0; i < models_.size(); ++i) {
@@ -31,8 +101,7 @@ ListedModels::ListedModels(const ModelTables& tables, std::vector<int> models)
     tables.for_each_unigram(static_cast<unsigned char>(b), [&](const UnigramEntry& entry) {
       const int column = column_of[static_cast<size_t>(entry.model)];
       if (column < 0) return;
-      unigrams_[b * models_.size() + static_cast<size_t>(column)] +=
-          static_cast<uint64_t>(entry.q) + kOne;
+      unigrams_[b * width_ + static_cast<size_t>(column)] += static_cast<uint64_t>(entry.q) + kOne;
       row_unigrams_[b * width_ + static_cast<size_t>(column)] = static_cast<uint8_t>(entry.q);
     });
   }
@@ -107,10 +176,11 @@ void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entrie
   });
 }
 
-ListedSums::ListedSums(const ListedModels& models)
+ListedSums::ListedSums(const ListedModels& models, Adders adders)
     : models_(models),
+      adders_(adders),
       known_(models.width()),
-      unigrams_(models.nb_models(), 0),
+      unigrams_(models.width(), 0),
       totals_(models.nb_models(), 0) {}
 
 void ListedSums::reset() {
@@ -145,38 +215,17 @@ void ListedSums::add(std::string_view text) {
 }
 
 void ListedSums::add_rows(const uint8_t* const* rows, const unsigned char* lasts, size_t count) {
-  constexpr size_t kStep = ListedModels::kRowStep;
-  const size_t width = models_.width();
-  for (size_t k = 0; k < width && count != 0; k += kStep) {
-    // So few rows do not overflow. Loops of fixed length become vector operations.
-    uint16_t costs[kStep] = {};
-    uint16_t unigrams[kStep] = {};
-    uint8_t known[kStep] = {};
-    for (size_t r = 0; r < count; ++r) {
-      const uint8_t* const row = rows[r] + k;
-      const uint8_t* const marks = row + width;
-      const uint8_t* const by_byte = models_.row_unigrams(lasts[r]) + k;
-      for (size_t j = 0; j < kStep; ++j) {
-        costs[j] = static_cast<uint16_t>(costs[j] + row[j]);
-      }
-      for (size_t j = 0; j < kStep; ++j) {
-        unigrams[j] = static_cast<uint16_t>(unigrams[j] + (marks[j] & by_byte[j]));
-      }
-      for (size_t j = 0; j < kStep; ++j) known[j] = static_cast<uint8_t>(known[j] - marks[j]);
-    }
-    for (size_t j = 0; j < kStep; ++j) {
-      const uint64_t times = known[j] * ListedModels::kOne;
-      known_[k + j].trigrams += costs[j] + times;
-      known_[k + j].unigrams += unigrams[j] + times;
-    }
-  }
+  if (count == 0) return;
+  const uint8_t* by_byte[kTrigramsAtOnce];
+  for (size_t r = 0; r < count; ++r) by_byte[r] = models_.row_unigrams(lasts[r]);
+  adders_.rows(rows, by_byte, count, models_.width(), known_.data());
 }
 
 void ListedSums::add_unigrams() {
   for (unsigned b = 0; b < 256; ++b) {
     if (counts_[b] == 0) continue;
     const uint64_t* const unigrams = models_.unigrams(static_cast<unsigned char>(b));
-    for (size_t i = 0; i < unigrams_.size(); ++i) unigrams_[i] += counts_[b] * unigrams[i];
+    adders_.bytes(unigrams, counts_[b], models_.width(), unigrams_.data());
     scored_ += counts_[b];
     counts_[b] = 0;
   }

@@ -64,10 +64,8 @@ class ListedModels {
   // Finds the entries of `count` trigrams that begin at bytes[0], bytes[1] and so on.
   // REQUIRES: count <= kTrigramsAtOnce.
   void find_entries(const unsigned char* bytes, size_t count, Entries* found) const;
-  // By column: what the byte costs where its trigram is not known.
-  const uint64_t* unigrams(unsigned char byte) const {
-    return unigrams_.data() + byte * models_.size();
-  }
+  // By column, width() of them: what the byte costs where its trigram is not known.
+  const uint64_t* unigrams(unsigned char byte) const { return unigrams_.data() + byte * width_; }
   // The quantised costs alone, width() of them, for the columns that rows mark.
   const uint8_t* row_unigrams(unsigned char byte) const {
     return row_unigrams_.data() + byte * width_;
@@ -103,7 +101,23 @@ class ListedModels {
 // The cost of texts, added up.
 class ListedSums {
  public:
-  explicit ListedSums(const ListedModels& models);
+  // Of the trigrams that a model knows, and what their last bytes would have cost instead.
+  struct Known {
+    uint64_t trigrams = 0;
+    uint64_t unigrams = 0;
+  };
+  // What adds up, for `width` columns: rows with what their last bytes cost, and a byte that came
+  // so many times.
+  struct Adders {
+    void (*rows)(const uint8_t* const* rows, const uint8_t* const* by_byte, size_t count,
+                 size_t width, Known* known);
+    void (*bytes)(const uint64_t* unigrams, uint32_t times, size_t width, uint64_t* sums);
+  };
+  static Adders plain_adders();
+  // The fastest for this machine.
+  static Adders best_adders();
+
+  explicit ListedSums(const ListedModels& models, Adders adders = best_adders());
 
   void reset();
   // The trigrams of a text, which does not go on where the last one ended.
@@ -113,18 +127,13 @@ class ListedSums {
   const std::vector<double>& totals();
 
  private:
-  // Of the trigrams that a model knows, and what their last bytes would have cost instead.
-  struct Known {
-    uint64_t trigrams = 0;
-    uint64_t unigrams = 0;
-  };
-
   // Rows of trigrams, and the last bytes of these. REQUIRES: count <= kTrigramsAtOnce.
   void add_rows(const uint8_t* const* rows, const unsigned char* lasts, size_t count);
   void add_unigrams();
   double total(size_t column) const;
 
   const ListedModels& models_;
+  const Adders adders_;
   std::vector<Known> known_;        // by column of a row
   std::vector<uint64_t> unigrams_;  // of all bytes that were scored
   uint32_t counts_[256] = {};       // of those not in unigrams_ yet

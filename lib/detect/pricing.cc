@@ -20,6 +20,7 @@ constexpr size_t kMostHigh = 2000;
 constexpr double kMostOfLetters = 3.5;
 constexpr double kMostOfPairs = 5;
 constexpr size_t kTellingText = 32;
+constexpr size_t kSurelyPairs = 64;
 
 double least_cost(const Reading& reading) {
   double least = kNoCost;
@@ -30,9 +31,6 @@ double least_cost(const Reading& reading) {
 // Bytes of a document that can rule a decoded reading out, and nats that do.
 constexpr size_t kBeginnings[] = {64, 512};
 constexpr double kFarBehind = 80;
-
-// What is added to the letters' cost of readings that a multi-byte one is far ahead of.
-constexpr double kBesideRival = 1e6;
 
 bool is_far_behind(double most, const Reading& reading) {
   const double least = *std::min_element(reading.costs.begin(), reading.costs.end());
@@ -117,13 +115,10 @@ double Pricing::screen(const TrialText& text, double rival, const Pool<Reading>&
   screened_.clear();
   double least = kNoCost;
   double next = kNoCost;
-  const double most = rival == kNoCost ? kNoCost : most_beside(text, rival);
   for (const Reading& reading : readings) {
     double cost = kNoCost;
     if (keeps_ascii(reading)) {
-      const LetterCost* letters = homes_.letters().of(reading.charsets.front());
-      cost = screening_.cost(letters) + reading.prior;
-      if (most != kNoCost && screening_.whole_cost(letters) > most) cost += kBesideRival;
+      cost = screening_.cost(homes_.letters().of(reading.charsets.front())) + reading.prior;
     }
     screened_.push_back(cost);
     if (cost < least) std::swap(cost, least);
@@ -132,15 +127,6 @@ double Pricing::screen(const TrialText& text, double rival, const Pool<Reading>&
   const double limit = least + screening_.margin();
   // Some other reading is to show how far the best one is ahead.
   return rival == kNoCost ? std::max(limit, next) : limit;
-}
-
-// What the letters that are looked at cost at most in a reading that may be cheaper than the rival.
-double Pricing::most_beside(const TrialText& text, double rival) const {
-  const double ascii = ascii_.least();
-  uint64_t high = 0;
-  for (const unsigned char b : text.counts.present) high += b >= 0x80 ? text.counts.of[b] : 0;
-  const double share = static_cast<double>(screening_.seen()) / static_cast<double>(high);
-  return std::max(rival - ascii, 0.0) * share + kFarBehind;
 }
 
 // Asks about the single-byte readings that cost no more than `limit` by their letters.
@@ -181,7 +167,12 @@ bool Pricing::fits(const TrialText& text, const Pool<Reading>& readings) const {
 // Those that are likely by their letters. If the best of all does not fit as text does, letters
 // misled, and all are asked about.
 void Pricing::price_single_bytes(const TrialText& text, double rival, Pool<Reading>* readings) {
-  ask(text, screen(text, rival, *readings), rival, readings);
+  double limit = screen(text, rival, *readings);
+  if (rival != kNoCost && text.length >= kSurelyPairs && fits(text, *readings)) {
+    // Text of pairs. One other reading is to show how far it is ahead.
+    limit = *std::min_element(screened_.begin(), screened_.end());
+  }
+  ask(text, limit, rival, readings);
   if (!fits(text, *readings)) ask(text, kNoCost, rival, readings);
 }
 

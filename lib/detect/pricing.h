@@ -59,7 +59,6 @@ class Pricing {
   // How much each reading costs by its letters; what is beyond the limit that is returned is not
   // worth asking about.
   double screen(const TrialText& text, double rival, const Pool<Reading>& readings);
-  double most_beside(const TrialText& text, double rival) const;
   void ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings);
   bool fits(const TrialText& text, const Pool<Reading>& readings) const;
   void price_others(std::string_view sample, const TrialText& text, Pool<Reading>* readings);

@@ -57,12 +57,6 @@ double Screening::cost(const LetterCost* costs) const {
   return sum * LetterCost::kUnit;
 }
 
-double Screening::whole_cost(const LetterCost* costs) const {
-  uint32_t sum = 0;
-  for (const uint8_t b : present_) sum += counts_[b].all * costs[b].alone;
-  return sum * LetterCost::kUnit;
-}
-
 double Screening::margin() const {
   constexpr double kLeast = 30;
   constexpr double kPerByte = 0.75;

@@ -31,8 +31,6 @@ class Screening {
   size_t seen() const { return seen_; }
   // Nats, in which a byte that comes again and again counts a few times.
   double cost(const LetterCost* costs) const;
-  // Nats of the letters alone, each time that they come.
-  double whole_cost(const LetterCost* costs) const;
   // How much more than the least a reading may cost that is worth asking about.
   double margin() const;
 

@@ -202,6 +202,36 @@ TEST_F(HomesTest, AsciiIsCountedAlone) {
   }
 }
 
+TEST_F(HomesTest, VectorsAddUpWhatPlainLoopsDo) {
+  const std::string texts[] = {kGerman, in("windows-1252", kGerman), random_bytes(5000)};
+  const Homes& homes = tables_->homes();
+  for (const std::string& text : texts) {
+    for (const ListedModels* models : {&homes.utf8(), &homes.pairs()}) {
+      ListedSums plain(*models, ListedSums::plain_adders());
+      ListedSums best(*models, ListedSums::best_adders());
+      plain.add(text);
+      best.add(text);
+      EXPECT_EQ(plain.totals(), best.totals());
+    }
+  }
+  std::mt19937 random(5);
+  std::vector<std::vector<uint16_t>> rows(64, std::vector<uint16_t>(24));
+  std::vector<const uint16_t*> pointers;
+  for (std::vector<uint16_t>& row : rows) {
+    for (uint16_t& cost : row) cost = static_cast<uint16_t>(random());
+    pointers.push_back(row.data());
+  }
+  for (const size_t count : {size_t{0}, size_t{1}, size_t{63}, size_t{64}}) {
+    for (const size_t width : {8, 16, 24}) {
+      std::vector<uint32_t> plain(width, 7);
+      std::vector<uint32_t> best(width, 7);
+      plain_row_adder()(pointers.data(), count, plain.data(), width);
+      best_row_adder()(pointers.data(), count, best.data(), width);
+      EXPECT_EQ(plain, best);
+    }
+  }
+}
+
 TEST_F(HomesTest, ManyBytesDoNotOverflow) {
   std::string varied;
   for (size_t i = 0; i < 300000; ++i) varied += (i % 2) != 0 ? '\x81' : '\x8D';
