@@ -81,7 +81,10 @@ void LeafTable::decide_one(std::span<const uint16_t> values, Leaf* leaf) {
   }
   // How often a leaf covers a model is no matter of bits when it covers one twice.
   if (twice != 0) return leaf->set(kOneByOne, first);
-  if (count <= kMostFew) return leaf->set(static_cast<uint8_t>(kFew + count), first);
+  if (count <= kMostFew) {
+    const bool can_be_read = first + kMostFew <= static_cast<size_t>(group_->lstates_vals_tsize);
+    return leaf->set(can_be_read ? static_cast<uint8_t>(kFew + count) : kOneByOne, first);
+  }
   const uint8_t number = shape_of(mask);
   const RowShape& shape = shapes_[number];
   const size_t nb_units = 1 + shape.nb_blocks * kUnitsOfBlock;

@@ -82,7 +82,7 @@ class LeafTable {
   std::span<const uint16_t> values(uint32_t id) const;
   // What a leaf covers: a set of models for each of its values, or one for all those of its row. Of
   // one that covers several sets, cover() tells where its values are, and set_of_value each set.
-  // One to be taken value by value has none here.
+  // As many as kMostFew values can be read there. One to be taken value by value has none here.
   uint32_t nb_sets(const Leaf& leaf) const { return ways_[leaf.way()].nb_sets; }
   uint32_t cover(const Leaf& leaf) const {
     const Way& way = ways_[leaf.way()];

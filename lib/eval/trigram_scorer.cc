@@ -23,8 +23,9 @@ bool TrigramScorer::build(const CLidMGroup& group, const std::vector<int>& fact_
   leaves_.build(group, fact_of, lane_of_);
   lists_ = std::make_unique<CreditLists>(&leaves_, row_adders().back());
   pending_.resize(kMostPending + kMostFed + kPendingAhead);
-  covered_ = std::make_unique_for_overwrite<Covered[]>(pending_.size());
-  by_byte_ = std::make_unique_for_overwrite<CoverTimes[]>(pending_.size() * LeafTable::kMostFew);
+  sorted_.resize(pending_.size());
+  sets_ = std::make_unique_for_overwrite<CoverTimes[]>((pending_.size() + 1) * LeafTable::kMostFew);
+  several_ = std::make_unique_for_overwrite<Several[]>(pending_.size());
   reset();
   return true;
 }
@@ -105,12 +106,13 @@ LaneSums TrigramScorer::take_run() {
 // Adds the unigrams of all that is pending.
 void TrigramScorer::fold() {
   sort_pending();
-  const CoverTimes* from = by_byte_.get();
+  const uint32_t* first = sorted_.data();
   for (int byte = 0; byte < kNbBytes; ++byte) {
-    const CoverTimes* const to = by_byte_.get() + ends_[byte];
-    if (occurrences_[byte] != 0) add_unigrams(byte, occurrences_[byte], from, to);
-    from = to;
+    const uint32_t* const last = sorted_.data() + ends_[byte];
+    if (occurrences_[byte] != 0) fold_byte(byte, first, last);
+    first = last;
   }
+  nb_pending_ = 0;
   forget_pending();
 }
 
@@ -125,41 +127,42 @@ void TrigramScorer::forget_pending() {
 
 void TrigramScorer::sort_pending() {
   std::fill(std::begin(ends_), std::end(ends_), 0);
-  Covered* ones = covered_.get();
-  Covered* several = covered_.get() + pending_.size();
-  for (size_t i = 0; i < nb_pending_; ++i) {
-    __builtin_prefetch(&leaves_.leaf(pending_[i + kPendingAhead] >> 8));
-    Leaf& leaf = leaves_.leaf(pending_[i] >> 8);
-    const auto byte = static_cast<uint8_t>(pending_[i]);
-    if (leaf.way() == LeafTable::kOneByOne) uncover_one_by_one(pending_[i], leaf.pending);
-    const auto nb_sets = static_cast<uint8_t>(leaves_.nb_sets(leaf));
-    // To both ends, of which only one stays.
-    const Covered covered = {byte, nb_sets, leaves_.cover(leaf), leaf.pending};
-    leaf.pending = 0;
-    ends_[byte] += nb_sets;
-    *ones = covered;
-    ones += nb_sets == 1 ? 1 : 0;
-    *(several - 1) = covered;
-    several -= nb_sets > 1 ? 1 : 0;
-  }
-  nb_pending_ = 0;
+  for (size_t i = 0; i < nb_pending_; ++i) ++ends_[pending_[i] & 0xFF];
   uint32_t end = 0;
   for (uint32_t& e : ends_) {
     const uint32_t count = e;
     e = end;
     end += count;
   }
-  for (const Covered* c = covered_.get(); c != ones; ++c) {
-    by_byte_[ends_[c->byte]++] = {c->cover, c->times};
+  for (size_t i = 0; i < nb_pending_; ++i) sorted_[ends_[pending_[i] & 0xFF]++] = pending_[i];
+}
+
+// Adds the unigrams of a byte, with which the leaves from `first` on end.
+void TrigramScorer::fold_byte(int byte, const uint32_t* first, const uint32_t* last) {
+  CoverTimes* sets = sets_.get();
+  Several* several = several_.get();
+  for (; first != last; ++first) {
+    __builtin_prefetch(&leaves_.leaf(first[kPendingAhead] >> 8));
+    Leaf& leaf = leaves_.leaf(*first >> 8);
+    if (leaf.way() == LeafTable::kOneByOne) uncover_one_by_one(*first, leaf.pending);
+    const uint32_t nb_sets = leaves_.nb_sets(leaf);
+    // Written to both, of which only one keeps it, for a branch would often be guessed wrong.
+    *sets = {leaves_.cover(leaf), leaf.pending};
+    sets += nb_sets == 1 ? 1 : 0;
+    *several = {nb_sets, leaves_.cover(leaf), leaf.pending};
+    several += nb_sets > 1 ? 1 : 0;
+    leaf.pending = 0;
   }
-  for (const Covered* c = several; c != covered_.get() + pending_.size(); ++c) {
-    const uint16_t* const values = leaves_.all_values() + c->cover;
-    CoverTimes* const place = by_byte_.get() + ends_[c->byte];
-    ends_[c->byte] += c->nb_sets;
-    for (uint32_t i = 0; i < c->nb_sets; ++i) {
-      place[i] = {LeafTable::set_of_value(values[i]), c->times};
+  for (const Several* s = several_.get(); s != several; ++s) {
+    const uint16_t* const values = leaves_.all_values() + s->cover;
+    // All of them, of which some stay.
+#pragma GCC unroll 4
+    for (size_t i = 0; i < LeafTable::kMostFew; ++i) {
+      sets[i] = {LeafTable::set_of_value(values[i]), s->times};
     }
+    sets += s->nb_sets;
   }
+  add_unigrams(byte, occurrences_[byte], sets_.get(), sets);
 }
 
 // Adds the cost of `count` occurrences of a byte, which are covered as often as is told from

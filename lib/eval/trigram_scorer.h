@@ -61,16 +61,10 @@ class TrigramScorer {
   }
 
  private:
-  struct Covered {
-    uint8_t byte;
-    uint8_t nb_sets;
-    uint32_t cover;
-    uint32_t times;
-  };
-
   void credit(std::span<const CountedTrigram> trigrams);
   void fold();
   void sort_pending();
+  void fold_byte(int byte, const uint32_t* first, const uint32_t* last);
   void forget_pending();
   void add_unigrams(int byte, uint32_t count, const CoverTimes* first, const CoverTimes* last);
   void uncover_one_by_one(uint32_t pending, uint32_t times);
@@ -87,11 +81,15 @@ class TrigramScorer {
   size_t nb_pending_ = 0;
   size_t unfolded_ = 0;             // bytes fed since fold
   uint32_t occurrences_[256] = {};  // of each byte since then
-  // Those of one set from its beginning on, and those of more back from its end.
-  std::unique_ptr<Covered[]> covered_;
-  // What the pending ones cover, by last bytes, and where those of each byte end.
-  std::unique_ptr<CoverTimes[]> by_byte_;
-  uint32_t ends_[256] = {};
+  std::vector<uint32_t> sorted_;    // these by their bytes
+  uint32_t ends_[256] = {};         // of those of each byte
+  std::unique_ptr<CoverTimes[]> sets_;
+  struct Several {
+    uint32_t nb_sets;
+    uint32_t cover;
+    uint32_t times;
+  };
+  std::unique_ptr<Several[]> several_;
 };
 
 }  // namespace orva
