@@ -54,11 +54,15 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
       scores_(array_of<float>(nb_indices_)),
       unigram_q_sum_(array_of<uint32_t>(nb_indices_)),
       unigram_count_(array_of<int>(nb_indices_)),
-      spare_(array_of<int>(nb_indices_)) {
+      unseen_(array_of<int>(nb_indices_)) {
   const bool ok = seen_ != nullptr && cost_ != nullptr && trigram_count_ != nullptr &&
                   q_sum_ != nullptr && q_count_ != nullptr && scores_ != nullptr &&
-                  unigram_q_sum_ != nullptr && unigram_count_ != nullptr && spare_ != nullptr &&
+                  unigram_q_sum_ != nullptr && unigram_count_ != nullptr && unseen_ != nullptr &&
                   unigrams_ready() && languages_->ready != 0;
+  for (int m = 0; m < nb_models_; ++m) {
+    grads_[m] = group->models_part.models[m].grad;
+    lpmins_[m] = group->models_part.models[m].lpmin;
+  }
   memset(byte_counts_, 0, sizeof byte_counts_);
   if (seen_ != nullptr) memset(seen_, 0, kSeenSize);
   ready_ = ok ? 1 : 0;
@@ -89,6 +93,7 @@ void CLidMGroupEval::make_scorer() {
 }
 
 void CLidMGroupEval::use_plain_vectors() {
+  costs_ = orva::cost_adders().front();
   if (ready_ != 0 && !scorer_tried_) make_scorer();
   if (scorer_ != nullptr) scorer_->use_plain_vectors();
 }
@@ -102,7 +107,7 @@ CLidMGroupEval::~CLidMGroupEval() {
   release(scores_, nb_indices_);
   release(unigram_q_sum_, nb_indices_);
   release(unigram_count_, nb_indices_);
-  release(spare_, nb_indices_);
+  release(unseen_, nb_indices_);
   delete languages_;
 }
 
@@ -197,13 +202,7 @@ bool CLidMGroupEval::knows_pair() const {
 // Feeds a run of bytes by their trigrams alone.
 void CLidMGroupEval::run(const unsigned char* buf, int n) {
   scorer_->feed(pair_, buf, static_cast<size_t>(n));
-  const orva::LaneSums credited = scorer_->take_run();
-  uint32_t values = 0;
-  for (int i = 0; i < nb_indices_; ++i) {
-    q_sum_[i] += credited.sums[i];
-    q_count_[i] = wrapping_add(q_count_[i], static_cast<int>(credited.counts[i]));
-    values += credited.counts[i];
-  }
+  const uint32_t values = scorer_->take_run(static_cast<size_t>(nb_indices_), q_sum_, q_count_);
   has_pending_ = true;
   value_total_ = wrapping_add(value_total_, static_cast<int>(values));
   for (int i = std::max(0, n - 2); i < n; ++i) pair_ = (pair_ << 8 | buf[i]) & 0xFFFF;
@@ -244,13 +243,12 @@ void CLidMGroupEval::int2flt() {
     q_sum_[f] = 0;
     q_count_[f] = 0;
   }
+  costs_.add({cost_, q_sum_, q_count_, grads_, lpmins_, nullptr}, static_cast<size_t>(nb_models_),
+             cost_);
   for (int m = 0; m < nb_models_; ++m) {
-    if (q_count_[m] == 0) continue;
-    const long double added = static_cast<long double>(q_sum_[m]) * models[m].grad +
-                              static_cast<long double>(q_count_[m]) * models[m].lpmin;
-    cost_[m] = static_cast<float>(cost_[m] + added);
+    // Sums of no values are left for the next time.
+    q_sum_[m] = q_count_[m] == 0 ? q_sum_[m] : 0;
     trigram_count_[m] = wrapping_add(trigram_count_[m], q_count_[m]);
-    q_sum_[m] = 0;
     q_count_[m] = 0;
   }
 }
@@ -282,16 +280,13 @@ float* CLidMGroupEval::get_lprobs() {
   if (ready_ == 0) return nullptr;
   int2flt();
   sum_unigrams();
-  const CUniChrMG& part = group_->unigram_part;
   for (int m = 0; m < nb_models_; ++m) {
-    long double cost = cost_[m];
-    if (unigram_count_[m] != 0) {
-      cost += static_cast<long double>(unigram_q_sum_[m]) * part.models_grad[m] +
-              static_cast<long double>(unigram_count_[m]) * part.models_lpmin[m];
-    }
-    const int unseen = wrapping_add(wrapping_add(total_, -trigram_count_[m]), -unigram_count_[m]);
-    const auto sum = static_cast<float>(cost + kUnseenCost * unseen);
-    scores_[m] = static_cast<float>(static_cast<long double>(sum) / total_);
+    unseen_[m] = wrapping_add(wrapping_add(total_, -trigram_count_[m]), -unigram_count_[m]);
   }
+  const CUniChrMG& part = group_->unigram_part;
+  const auto n = static_cast<size_t>(nb_models_);
+  costs_.add({cost_, unigram_q_sum_, unigram_count_, part.models_grad, part.models_lpmin, unseen_},
+             n, scores_);
+  costs_.divide(scores_, n, total_);
   return scores_;
 }

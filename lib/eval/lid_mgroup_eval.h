@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "lib/eval/costs.h"
 #include "lib/eval/lid_mg_ev_ulp_acs.h"
 #include "lib/eval/lid_mg_lang.h"
 #include "lib/eval/trigram_scorer.h"
@@ -26,9 +27,6 @@
 
 class CLidMGroupEval : public CLidMGEvUlpAcs {
  public:
-  // Cost of a byte that neither a trigram nor a unigram of a model explains.
-  static constexpr long double kUnseenCost = 30.0L;
-
   explicit CLidMGroupEval(CLidMGroup* group);
   ~CLidMGroupEval();
 
@@ -90,7 +88,7 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   float* scores_;
   uint32_t* unigram_q_sum_;
   int* unigram_count_;
-  int* spare_;
+  int* unseen_;  // bytes that neither a trigram nor a unigram of a model explains
   int total_ = 0;
   int value_total_ = 0;
   int ready_ = 0;
@@ -98,6 +96,10 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   bool has_walked_ = false;   // since init
   bool scorer_tried_ = false;
   unsigned pair_ = 0;  // the last two bytes fed
+  // Of the models' trigrams.
+  float grads_[kMaxIndices];
+  float lpmins_[kMaxIndices];
+  orva::CostAdders costs_ = orva::cost_adders().back();
   // Null when the automaton is no trie of trigrams and must be walked step by step.
   std::unique_ptr<orva::TrigramScorer> scorer_;
 };

@@ -1,6 +1,6 @@
 // Confidence ratios: soft-max shares of a score against its competitors.
+#include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "lib/eval/lid_mgroup_eval.h"
 
@@ -18,44 +18,47 @@ float soft_max(float reference, const float* values, int n) {
   return 1.0F / sum;
 }
 
-float best_member(const CLidMGLang& lang, const float* scores, int g) {
-  float lowest = kWorstMember;
-  for (int k = 0; k < lang.member_counts[g]; ++k) {
-    const float score = scores[lang.member_lists[g][k]];
-    if (score < lowest) lowest = score;
+// Values of the languages, from those of their models.
+using Values = float[CLidMGGrouping::kMaxModels];
+
+void best_members(const CLidMGLang& lang, const float* scores, Values values) {
+  std::fill_n(values, lang.nb_groups, kWorstMember);
+  for (int m = 0; m < lang.nb_models; ++m) {
+    float& lowest = values[lang.model_group[m]];
+    lowest = scores[m] < lowest ? scores[m] : lowest;
   }
-  return lowest;
 }
 
-float mean_member(const CLidMGLang& lang, const float* scores, int g) {
-  float sum = 0;
-  for (int k = 0; k < lang.member_counts[g]; ++k) sum += scores[lang.member_lists[g][k]];
-  return sum / static_cast<float>(lang.member_counts[g]);
+void mean_members(const CLidMGLang& lang, const float* scores, Values values) {
+  for (int g = 0; g < lang.nb_groups; ++g) {
+    float sum = 0;
+    for (int k = 0; k < lang.member_counts[g]; ++k) sum += scores[lang.member_lists[g][k]];
+    values[g] = sum / static_cast<float>(lang.member_counts[g]);
+  }
 }
 
-template <typename GroupScore>
-float language_ratio(const CLidMGLang* lang, const float* scores, int k, GroupScore group_score) {
+template <typename ValuesOf>
+float language_ratio(const CLidMGLang* lang, const float* scores, int k, ValuesOf values_of) {
   if (k < 0 || k >= lang->nb_models) return kNoWinner;
   // Without labels there are no languages to sum over.
   if (lang->ready == 0) return HUGE_VALF;
-  std::vector<float> values;
-  for (int g = 0; g < lang->nb_groups; ++g) values.push_back(group_score(*lang, scores, g));
-  const float reference = values[static_cast<size_t>(lang->model_group[k])];
-  return soft_max(reference, values.data(), lang->nb_groups);
+  Values values;
+  values_of(*lang, scores, values);
+  return soft_max(values[lang->model_group[k]], values, lang->nb_groups);
 }
 
 }  // namespace
 
 // The sum is rounded to 24 bits, so that 53 bits of the exponential nearly always tell it.
 float orva::add_exponential(float sum, float reference, float value) {
-  // Both the argument, where it is small, and the function err by less than this share.
-  constexpr long double kMostOff = 0x1p-45L;
+  // The argument, where it is small, the function and the sum err by less than this share.
+  constexpr double kMostOff = 0x1p-44;
   constexpr double kSmall = 64;
   const double x = static_cast<double>(reference) - static_cast<double>(value);
   if (std::fabs(x) < kSmall) {
-    const long double term = exp(x);
-    const auto low = static_cast<float>(sum + term * (1 - kMostOff));
-    const auto high = static_cast<float>(sum + term * (1 + kMostOff));
+    const double total = static_cast<double>(sum) + exp(x);
+    const auto low = static_cast<float>(total * (1 - kMostOff));
+    const auto high = static_cast<float>(total * (1 + kMostOff));
     if (low == high) return low;
   }
   return static_cast<float>(sum + expl(static_cast<long double>(reference) - value));
@@ -67,11 +70,11 @@ float calcul_ratio_model(const CLidMGroup* group, const float* scores, int k) {
 }
 
 float calcul_ratio_lng_max(const CLidMGLang* lang, const float* scores, int k) {
-  return language_ratio(lang, scores, k, best_member);
+  return language_ratio(lang, scores, k, best_members);
 }
 
 float calcul_ratio_lng_avg(const CLidMGLang* lang, const float* scores, int k) {
-  return language_ratio(lang, scores, k, mean_member);
+  return language_ratio(lang, scores, k, mean_members);
 }
 
 float CLidMGroupEval::calcul_ratio(const float* scores, int* best) const {

@@ -92,15 +92,18 @@ void TrigramScorer::credit(std::span<const CountedTrigram> trigrams) {
   }
 }
 
-LaneSums TrigramScorer::take_run() {
-  LaneSums sums;
-  for (size_t i = 0; i < kLanes; ++i) {
+uint32_t TrigramScorer::take_run(size_t n, uint32_t* sums, int* counts) {
+  uint32_t all = 0;
+  for (size_t i = 0; i < n; ++i) {
     const uint64_t by_index = lists_->by_index()[i];
-    sums.counts[i] = lists_->by_lane().counts[lane_of_[i]] + static_cast<uint32_t>(by_index >> 32);
-    sums.sums[i] = lists_->by_lane().sums[lane_of_[i]] + static_cast<uint32_t>(by_index);
+    const uint32_t count =
+        lists_->by_lane().counts[lane_of_[i]] + static_cast<uint32_t>(by_index >> 32);
+    sums[i] += lists_->by_lane().sums[lane_of_[i]] + static_cast<uint32_t>(by_index);
+    counts[i] = static_cast<int>(static_cast<uint32_t>(counts[i]) + count);
+    all += count;
   }
   lists_->clear();
-  return sums;
+  return all;
 }
 
 // Adds the unigrams of all that is pending.

@@ -7,7 +7,7 @@
 //   orva::TrigramScorer scorer;
 //   if (scorer.build(group, fact_of, first, count)) {
 //     scorer.feed(pair, buf, n);             // any number of times
-//     use(scorer.take_run());                // credited since then
+//     scorer.take_run(n, sums, counts);      // credited since then
 //     use(scorer.unigrams());                // since reset
 //   }
 //
@@ -51,8 +51,9 @@ class TrigramScorer {
   // Feeds bytes that come after the byte pair `pair`. REQUIRES: n <= kMostFed.
   void feed(unsigned pair, const unsigned char* buf, size_t n);
 
-  // Quantised values credited by trigrams since the last call, and how many, by accumulator index.
-  LaneSums take_run();
+  // Adds the quantised values that trigrams credited since the last call, and how many they are, to
+  // the `n` first accumulator indices. Returns how many they are together.
+  uint32_t take_run(size_t n, uint32_t* sums, int* counts);
 
   // What the unigrams of all bytes fed cost, less what trigrams cover, by model.
   const LaneSums& unigrams() {
