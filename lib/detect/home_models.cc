@@ -11,6 +11,8 @@ namespace orva {
 namespace {
 
 constexpr size_t kRowStep = 8;      // a row fills whole vectors of 16 bytes
+constexpr size_t kNarrow = 16;      // rows no wider than that are all there
+constexpr size_t kWidthPerFew = 6;  // where fewer columns know a trigram, it has no row
 constexpr size_t kUnscored = 0x80;  // a byte that costs nothing where ASCII alone is scored
 constexpr double kMostUnits = 65535;
 constexpr int kMostQuantised = 255;
@@ -91,36 +93,82 @@ void HomeModels::add_byte_rows(const ModelTables& tables, const std::vector<int>
 
 void HomeModels::set(uint32_t trigram, size_t column, int q) {
   if (trigrams_.empty() || trigrams_.back() != trigram) {
+    end_trigram();
     trigrams_.push_back(trigram);
-    const size_t from = (trigram & 0xFF) * width_;
-    rows_.resize(rows_.size() + width_);
-    std::copy_n(rows_.begin() + static_cast<ptrdiff_t>(from), width_,
-                rows_.end() - static_cast<ptrdiff_t>(width_));
   }
-  rows_[rows_.size() - width_ + column] =
-      units_[column * (kMostQuantised + 1) + static_cast<size_t>(q)];
+  const uint16_t cost = units_[column * (kMostQuantised + 1) + static_cast<size_t>(q)];
+  for (Entry& entry : now_) {
+    if (entry.column == column) {
+      entry.cost = cost;
+      return;
+    }
+  }
+  now_.push_back({static_cast<uint16_t>(column), cost});
+}
+
+bool HomeModels::suits_row() const {
+  return width_ <= kNarrow || now_.size() >= width_ / kWidthPerFew;
+}
+
+// Puts what is known about the last trigram where it belongs.
+void HomeModels::end_trigram() {
+  if (trigrams_.empty()) return;
+  if (suits_row()) {
+    if (width_ > kNarrow) places_.emplace_back(rows_.size() / width_, TrigramPlace::kRow);
+    const size_t from = (trigrams_.back() & 0xFF) * width_;
+    const size_t row = rows_.size();
+    rows_.resize(row + width_);
+    std::copy_n(rows_.begin() + static_cast<ptrdiff_t>(from), width_,
+                rows_.begin() + static_cast<ptrdiff_t>(row));
+    for (const Entry& entry : now_) rows_[row + entry.column] = entry.cost;
+  } else {
+    places_.emplace_back(entries_.size(), static_cast<uint16_t>(now_.size()));
+    entries_.insert(entries_.end(), now_.begin(), now_.end());
+  }
+  now_.clear();
 }
 
 void HomeModels::finish() {
+  end_trigram();
   index_ = KnownTrigrams(trigrams_);
   rows_.shrink_to_fit();
+  places_.shrink_to_fit();
+  entries_.shrink_to_fit();
   trigrams_ = {};
+  now_ = {};
   units_ = {};
 }
 
-void HomeModels::find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows) const {
-  index_.find_all(bytes, count, [&](size_t i, int known) {
-    const size_t row =
-        known == KnownTrigrams::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
-    rows[i] = rows_.data() + row * width_;
-  });
+size_t HomeModels::find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows,
+                             Fix* fixes) const {
+  size_t nb_fixes = 0;
+  if (places_.empty()) {
+    index_.find_all(bytes, count, [&](size_t i, int known) {
+      const size_t row =
+          known == KnownTrigrams::kNone ? bytes[i + 2] : kNbBytes + static_cast<size_t>(known);
+      rows[i] = rows_.data() + row * width_;
+    });
+  } else {
+    index_.find_all(bytes, count, [&](size_t i, int known) {
+      rows[i] = rows_.data() + bytes[i + 2] * width_;
+      if (known == KnownTrigrams::kNone) return;
+      const TrigramPlace place = places_[static_cast<size_t>(known)];
+      if (place.count == TrigramPlace::kRow) {
+        rows[i] = rows_.data() + place.first() * width_;
+        return;
+      }
+      const Entry* const entries = entries_.data() + place.first();
+      fixes[nb_fixes++] = {rows[i], entries, entries + place.count};
+    });
+  }
   const std::string_view all(reinterpret_cast<const char*>(bytes), count + 2);
-  if (kind_ == kAnyBytes || skip_ascii(all, 0) == all.size()) return;
-  // What is not scored costs what a byte costs that is not.
+  if (kind_ == kAnyBytes || skip_ascii(all, 0) == all.size()) return nb_fixes;
+  // What is not scored costs what a byte costs that is not. No model here knows such a trigram.
   for (size_t i = 0; i < count; ++i) {
     if ((bytes[i] | bytes[i + 1] | bytes[i + 2]) >= 0x80)
       rows[i] = rows_.data() + kUnscored * width_;
   }
+  return nb_fixes;
 }
 
 void CostSums::start(const HomeModels& models) {
@@ -155,7 +203,14 @@ void CostSums::add(const CostSums& other) {
 void CostSums::add(std::string_view text, size_t from) {
   walk_trigrams(text, from, models_->folding(), [this](const unsigned char* bytes, size_t count) {
     const uint16_t* rows[kTrigramsAtOnce];
-    models_->find_rows(bytes, count, rows);
+    HomeModels::Fix fixes[kTrigramsAtOnce];
+    const size_t nb_fixes = models_->find_rows(bytes, count, rows, fixes);
+    // A sum may be short of what is taken back until the rows are added.
+    for (size_t i = 0; i < nb_fixes; ++i) {
+      for (const auto* entry = fixes[i].begin; entry != fixes[i].end; ++entry) {
+        sums_[entry->column] += uint32_t{entry->cost} - fixes[i].row[entry->column];
+      }
+    }
     add_rows(rows, count);
   });
 }

@@ -9,8 +9,9 @@
 //
 // The automaton's values are turned around: a row holds what one trigram costs each of the models,
 // the cost of its last byte where a model does not know it. A text then costs one row a byte,
-// however many models of the group know its trigrams. Costs are rounded to 1/65535 of the largest
-// one.
+// however many models of the group know its trigrams. Where rows are wide and few of the models
+// know a trigram, it shares the row of its last byte, and what differs from that is put right.
+// Costs are rounded to 1/65535 of the largest one.
 //
 // Life cycle: constructor, set for what the models know, trigram by trigram, finish; then constant.
 // Threads:    any number may read; CostSums are used by one at a time.
@@ -24,6 +25,7 @@
 
 #include "lib/detect/known_trigrams.h"
 #include "lib/detect/model_tables.h"
+#include "lib/detect/trigram_place.h"
 #include "lib/detect/trigram_walk.h"
 
 namespace orva {
@@ -50,22 +52,42 @@ class HomeModels {
     return rows_[byte * width_ + model] * unit_;
   }
 
+  // What a trigram costs one of the models.
+  struct Entry {
+    uint16_t column;
+    uint16_t cost;
+  };
+  // What is to be put right in the sum of rows: a trigram that few models know has the row of its
+  // last byte, but for their columns.
+  struct Fix {
+    const uint16_t* row;
+    const Entry* begin;
+    const Entry* end;
+  };
+
   // Finds the rows, of width() costs in units, of `count` trigrams that begin at bytes[0], bytes[1]
-  // and so on. REQUIRES: count <= kTrigramsAtOnce.
-  void find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows) const;
+  // and so on, and what they lack; returns how many fixes. REQUIRES: count <= kTrigramsAtOnce, and
+  // as much room.
+  size_t find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows,
+                   Fix* fixes) const;
 
  private:
   void add_byte_rows(const ModelTables& tables, const std::vector<int>& models);
   uint16_t units(double nats) const;
+  void end_trigram();
+  bool suits_row() const;
 
   size_t nb_models_;
   size_t width_;
   double unit_ = 0;
   Kind kind_;
   Folding folding_;
-  std::vector<uint16_t> rows_;      // of the 256 bytes, then of the trigrams
-  std::vector<uint32_t> trigrams_;  // of the rows behind those of the bytes; empty when finished
-  std::vector<uint16_t> units_;     // of trigram costs, by column and quantised cost
+  std::vector<uint16_t> rows_;        // of the 256 bytes, then of trigrams
+  std::vector<TrigramPlace> places_;  // by trigram; empty if each has a row
+  std::vector<Entry> entries_;        // of trigrams without one
+  std::vector<uint32_t> trigrams_;    // empty when finished
+  std::vector<Entry> now_;            // of the last one, until it is complete
+  std::vector<uint16_t> units_;       // of trigram costs, by column and quantised cost
   KnownTrigrams index_;
 };
 

@@ -1,5 +1,7 @@
 #include "lib/detect/homes.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -57,6 +59,14 @@ std::vector<char> marks_of(const ModelTables& tables, const std::vector<int>& mo
   return marks;
 }
 
+// Making a table takes several times the memory that it keeps, of which the C library would not
+// return most.
+void return_memory() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
+}
+
 }  // namespace
 
 Homes::Homes(const ModelTables& tables) : tables_(tables) {
@@ -77,16 +87,24 @@ Homes::Homes(const ModelTables& tables) : tables_(tables) {
 }
 
 const Homes::SingleByte& Homes::single_byte() const {
-  return single_byte_.get([this] { return make_single_byte(); });
+  return single_byte_.get([this] {
+    auto made = make_single_byte();
+    return_memory();
+    return made;
+  });
 }
 
-const ListedModels& Homes::utf8() const {
-  return utf8_.get([this] { return make_listed(true); });
+const ListedModels& Homes::listed(bool unicode, const Lazy<ListedModels>& lazy) const {
+  return lazy.get([this, unicode] {
+    auto made = make_listed(unicode);
+    return_memory();
+    return made;
+  });
 }
 
-const ListedModels& Homes::pairs() const {
-  return pairs_.get([this] { return make_listed(false); });
-}
+const ListedModels& Homes::utf8() const { return listed(true, utf8_); }
+
+const ListedModels& Homes::pairs() const { return listed(false, pairs_); }
 
 std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
   auto made = std::make_unique<SingleByte>(

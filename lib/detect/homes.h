@@ -71,6 +71,7 @@ class Homes {
 
   const SingleByte& single_byte() const;
   std::unique_ptr<const SingleByte> make_single_byte() const;
+  const ListedModels& listed(bool unicode, const Lazy<ListedModels>& lazy) const;
   std::unique_ptr<const ListedModels> make_listed(bool unicode) const;
 
   const ModelTables& tables_;

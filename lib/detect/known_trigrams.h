@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "lib/detect/trigram_walk.h"
@@ -55,31 +56,40 @@ class KnownTrigrams {
   template <typename Visit>
   void find_all(const unsigned char* bytes, size_t count, Visit visit) const {
     size_t places[kTrigramsAtOnce + 2];
-    uint32_t followers[kTrigramsAtOnce];
+    uint32_t bases[kTrigramsAtOnce];
+    uint32_t groups[kTrigramsAtOnce];
     for (size_t i = 0; i < count + 2; ++i) places[i] = place_[bytes[i]];
     for (size_t i = 0; i < count; ++i) {
       const size_t pair = pairs_[places[i] * nb_places_ + places[i + 1]];
-      followers[i] = followers_[pair * nb_groups_ + places[i + 2] / kGroup];
+      const uint16_t* const block = followers_.data() + pair * stride_;
+      memcpy(&bases[i], block, sizeof bases[i]);
+      groups[i] = block[kBase + places[i + 2] / kGroup];
     }
     for (size_t i = 0; i < count; ++i) {
       const unsigned place = places[i + 2] % kGroup;
-      const uint32_t below = followers[i] & ((1U << place) - 1);
-      const int number = static_cast<int>(followers[i] >> kGroup) + kBitCounts.of[below];
-      const int known = static_cast<int>(followers[i] >> place & 1U);
+      const uint32_t below = groups[i] & ((1U << place) - 1);
+      const int number = static_cast<int>(bases[i] + (groups[i] >> kGroup)) + kBitCounts.of[below];
+      const int known = static_cast<int>(groups[i] >> place & 1U);
       visit(i, number | (known - 1));
     }
   }
 
  private:
   static constexpr size_t kGroup = 8;
+  static constexpr size_t kBase = 2;  // units of the number that a pair's block begins with
+
+  size_t pair_place(uint32_t trigram) const {
+    return place_[trigram >> 16] * nb_places_ + place_[trigram >> 8 & 0xFFU];
+  }
 
   uint16_t place_[256] = {};  // of a byte among those that occur; 0: it does not
   size_t nb_places_ = 1;
   size_t nb_groups_ = 1;         // of bytes whose places follow each other
   std::vector<uint16_t> pairs_;  // by the places of two bytes; 0: no trigram begins so
-  // By pair and group: a bit for each byte that may follow, and above them the number of the first
-  // one's trigram.
-  std::vector<uint32_t> followers_;
+  size_t stride_ = kBase + 1;    // units of a pair's block
+  // By pair: the number of its first trigram in two units; then for each group how many followers
+  // of the pair are in those before it and, below that, a bit for each byte that may follow.
+  std::vector<uint16_t> followers_;
 };
 
 }  // namespace orva

@@ -111,7 +111,7 @@ void ListedModels::set(uint32_t trigram, int index, int q) {
   for (const uint8_t column : columns_[static_cast<size_t>(index)]) {
     if (trigrams_.empty() || trigrams_.back() != trigram) {
       trigrams_.push_back(trigram);
-      places_.push_back({static_cast<uint32_t>(entries_.size()), 0});
+      places_.emplace_back(entries_.size(), uint16_t{0});
     }
     ++places_.back().count;
     entries_.push_back({column, static_cast<uint8_t>(q)});
@@ -119,39 +119,39 @@ void ListedModels::set(uint32_t trigram, int index, int q) {
 }
 
 // Whether many models know a trigram, each once, and its last byte too, by one cost.
-bool ListedModels::suits_row(const Place& place, unsigned char last) const {
+bool ListedModels::suits_row(const TrigramPlace& place, unsigned char last) const {
   if (place.count < kFewestForRow) return false;
   std::vector<bool> seen(models_.size(), false);
   for (uint32_t i = 0; i < place.count; ++i) {
-    const uint8_t column = entries_[place.first + i].column;
+    const uint8_t column = entries_[place.first() + i].column;
     if (seen[column] || unigrams(last)[column] >> 32 != 1) return false;
     seen[column] = true;
   }
   return true;
 }
 
-void ListedModels::make_row(Place* place) {
+void ListedModels::make_row(TrigramPlace* place) {
   const size_t from = rows_.size();
   rows_.resize(from + 2 * width_, 0);
   for (uint32_t i = 0; i < place->count; ++i) {
-    const Entry& entry = entries_[place->first + i];
+    const Entry& entry = entries_[place->first() + i];
     rows_[from + entry.column] = entry.q;
     rows_[from + width_ + entry.column] = kKnown;
   }
-  *place = {static_cast<uint32_t>(from / (2 * width_)), kRow};
+  *place = {from / (2 * width_), TrigramPlace::kRow};
 }
 
 void ListedModels::finish() {
   index_ = KnownTrigrams(trigrams_);
   std::vector<Entry> listed;
   for (size_t i = 0; i < places_.size(); ++i) {
-    Place& place = places_[i];
+    TrigramPlace& place = places_[i];
     if (suits_row(place, static_cast<unsigned char>(trigrams_[i]))) {
       make_row(&place);
       continue;
     }
-    const auto begin = entries_.begin() + place.first;
-    place.first = static_cast<uint32_t>(listed.size());
+    const auto begin = entries_.begin() + static_cast<ptrdiff_t>(place.first());
+    place = {listed.size(), place.count};
     listed.insert(listed.end(), begin, begin + place.count);
   }
   listed.shrink_to_fit();
@@ -166,11 +166,11 @@ void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entrie
   index_.find_all(bytes, count, [&](size_t i, int known) {
     found[i] = {};
     if (known == KnownTrigrams::kNone) return;
-    const Place& place = places_[static_cast<size_t>(known)];
-    if (place.count == kRow) {
-      found[i].row = rows_.data() + size_t{place.first} * 2 * width_;
+    const TrigramPlace& place = places_[static_cast<size_t>(known)];
+    if (place.count == TrigramPlace::kRow) {
+      found[i].row = rows_.data() + place.first() * 2 * width_;
     } else {
-      found[i].begin = entries_.data() + place.first;
+      found[i].begin = entries_.data() + place.first();
       found[i].end = found[i].begin + place.count;
     }
   });

@@ -23,6 +23,7 @@
 
 #include "lib/detect/known_trigrams.h"
 #include "lib/detect/model_tables.h"
+#include "lib/detect/trigram_place.h"
 #include "lib/detect/trigram_walk.h"
 
 namespace orva {
@@ -73,16 +74,8 @@ class ListedModels {
   size_t width() const { return width_; }
 
  private:
-  static constexpr uint32_t kRow = ~0U;
-
-  // Of a trigram: its entries, or the number of its row if the count is kRow.
-  struct Place {
-    uint32_t first;
-    uint32_t count;
-  };
-
-  bool suits_row(const Place& place, unsigned char last) const;
-  void make_row(Place* place);
+  bool suits_row(const TrigramPlace& place, unsigned char last) const;
+  void make_row(TrigramPlace* place);
 
   const ModelTables& tables_;
   std::vector<int> models_;
@@ -90,7 +83,7 @@ class ListedModels {
   Folding folding_;
   std::vector<std::vector<uint8_t>> columns_;  // by accumulator; empty when finished
   std::vector<uint32_t> trigrams_;             // likewise
-  std::vector<Place> places_;                  // by trigram
+  std::vector<TrigramPlace> places_;           // by trigram
   std::vector<Entry> entries_;
   std::vector<uint8_t> rows_;
   std::vector<uint64_t> unigrams_;
