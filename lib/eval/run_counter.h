@@ -32,7 +32,7 @@ class RunCounter {
  public:
   static constexpr size_t kMostCounted = 10000;  // bytes in one run
   // One that comes more often is listed again.
-  static constexpr uint32_t kMostTimes = 31;
+  static constexpr uint32_t kMostTimes = 63;
 
   RunCounter();
 
