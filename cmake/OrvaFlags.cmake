@@ -6,6 +6,7 @@ option(ORVA_SANITIZE "Build with address and undefined-behaviour sanitizers" OFF
 option(ORVA_BUILD_COMPONENT "Build the component and its small host (needs NSPR)" ON)
 option(ORVA_BUILD_TESTS "Build the tests" ON)
 option(ORVA_BUILD_BENCH "Build the benchmarks" OFF)
+option(ORVA_FUZZ "Build the fuzz targets with the fuzzing engine (clang)" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -29,11 +30,18 @@ if(ORVA_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(ORVA_FUZZ)
+  # So that the engine sees which branches an input takes.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # Warnings for our own code only; third-party headers come in as system includes.
 add_library(orva_warnings INTERFACE)
 target_compile_options(orva_warnings INTERFACE
   -Wall -Wextra -Wconversion -Wcast-qual -Werror
-  $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>)
+  $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
+  # What GCC does not count among conversions either.
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 
 # orva_objects(NAME SOURCE...): one layer of a library, compiled once and put into the static and
 # the shared form alike.
