@@ -16,7 +16,7 @@ constexpr double kOtherAscii = 6;
 // The same, when the document's language is written in another script.
 constexpr double kOtherScript = 4;
 
-// Bytes of a piece, and how many of them are asked about first.
+// Bytes of a piece, and how many of them are asked about first; then twice as much each time.
 constexpr size_t kPiece = 64;
 constexpr size_t kFirst = 8;
 
@@ -32,20 +32,18 @@ AsciiPricing::AsciiPricing(const ModelTables& tables)
   }
 }
 
-// Feeds every `step`th piece, from the `first` one on; returns how many bytes.
-size_t AsciiPricing::feed(std::string_view plain, size_t first, size_t step) {
-  size_t fed = 0;
-  for (size_t from = first * kPiece; from < plain.size(); from += step * kPiece) {
-    const std::string_view to_its_end = plain.substr(0, from + kPiece);
+// Feeds every `step`th piece, from the `first` one on.
+void AsciiPricing::feed(size_t first, size_t step) {
+  for (size_t from = first * kPiece; from < plain_.size(); from += step * kPiece) {
+    const std::string_view to_its_end = plain_.substr(0, from + kPiece);
     // No trigram of ASCII alone holds what stands between two runs of it.
-    for (size_t at = context_before(plain, from); at < to_its_end.size();) {
+    for (size_t at = context_before(plain_, from); at < to_its_end.size();) {
       const size_t end = skip_ascii(to_its_end, at);
       if (end - at > 2) sums_.add(to_its_end.substr(at, end - at), std::max(from, at) - at);
       at = skip_high(to_its_end, end);
     }
-    fed += to_its_end.size() - from;
+    fed_ += to_its_end.size() - from;
   }
-  return fed;
 }
 
 // Whether more of the text would change nothing.
@@ -61,20 +59,29 @@ bool AsciiPricing::is_told() const {
   return next >= least + margin_;
 }
 
+void AsciiPricing::start(std::string_view plain) {
+  plain_ = plain;
+  sums_.start(homes_.ascii());
+  step_ = 1;
+  while (step_ * kFirst * kPiece < plain.size()) step_ *= 2;
+  fed_ = 0;
+  feed(0, step_);
+  set_costs();
+}
+
+bool AsciiPricing::finish() {
+  if (step_ == 1 || is_told()) return false;
+  for (; step_ > 1 && !is_told(); step_ /= 2) feed(step_ / 2, step_);
+  set_costs();
+  return true;
+}
+
 // ASCII within a document may be markup, code or English whatever the document's language is. So it
 // costs a charset hardly more than in the language that it fits best, and says nothing at all about
 // languages of other scripts.
-void AsciiPricing::price(std::string_view plain) {
-  sums_.start(homes_.ascii());
-  // Pieces this far apart are asked about so far: each time those halfway between them, twice.
-  size_t step = 1;
-  while (step * kFirst * kPiece < plain.size()) step *= 4;
-  size_t fed = feed(plain, 0, step);
-  for (; step > 1 && !is_told(); step /= 4) {
-    for (size_t k = 1; k < 4; ++k) fed += feed(plain, k * step / 4, step);
-  }
+void AsciiPricing::set_costs() {
   const double stretch =
-      fed == plain.size() ? 1 : static_cast<double>(plain.size()) / static_cast<double>(fed);
+      fed_ == plain_.size() ? 1 : static_cast<double>(plain_.size()) / static_cast<double>(fed_);
   const std::vector<size_t>& languages = homes_.languages();
   least_ = kNoCost;
   for (size_t i = 0; i < languages.size(); ++i) least_ = std::min(least_, sums_.total(i) * stretch);

@@ -4,7 +4,7 @@
 // The models are asked about a little of it, taken from all over the text, then about four times as
 // much, and so on, until one language is far ahead of the others.
 //
-// Life cycle: one object for each detector; the costs are those of the last text.
+// Life cycle: start for each text, then finish where it matters; the costs are those so far.
 // Ownership:  the tables are the caller's.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_ASCII_PRICING_H_
@@ -23,7 +23,11 @@ class AsciiPricing {
  public:
   explicit AsciiPricing(const ModelTables& tables);
 
-  void price(std::string_view plain);
+  // Prices a text by a little of it, which will do for languages of other scripts than the Latin
+  // one. `plain` must stay until finish.
+  void start(std::string_view plain);
+  // Asks about as much as tells the languages apart; false if nothing was left to ask.
+  bool finish();
   // By language: what the trigrams of ASCII alone cost a charset, and what they cost the language
   // beyond that.
   const std::vector<double>& base() const { return base_; }
@@ -34,11 +38,15 @@ class AsciiPricing {
   void set_margin(double nats) { margin_ = nats; }
 
  private:
-  size_t feed(std::string_view plain, size_t first, size_t step);
+  void feed(size_t first, size_t step);
   bool is_told() const;
+  void set_costs();
 
   const Homes& homes_;
   std::vector<bool> latin_;  // by column: ASCII says something about the language
+  std::string_view plain_;
+  size_t step_ = 1;  // pieces so far apart were asked about
+  size_t fed_ = 0;   // bytes of them
   CostSums sums_;
   double margin_ = 80;
   double least_ = 0;

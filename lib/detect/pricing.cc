@@ -46,6 +46,19 @@ bool keeps_ascii(const Reading& reading) {
   return reading.table != nullptr && (kCharsets[reading.charsets.front()].flags & kEbcdic) == 0;
 }
 
+// The cheapest one; null when none was priced.
+const Reading* best_of(const Pool<Reading>& readings) {
+  const Reading* best = nullptr;
+  double least = kNoCost;
+  for (const Reading& reading : readings) {
+    const double cost = least_cost(reading);
+    if (cost >= least) continue;
+    least = cost;
+    best = &reading;
+  }
+  return best;
+}
+
 bool has_cost(const Reading& reading) {
   return std::any_of(reading.costs.begin(), reading.costs.end(),
                      [](double cost) { return cost != kNoCost; });
@@ -72,11 +85,38 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
   priced_ = sample.size();
   const std::string plain = normalised(main_text(sample));
   const TrialText text(high_segments(plain));
-  ascii_.price(plain);
+  ascii_.start(plain);
   for (Reading& reading : *readings) reading.costs.clear();
   const double rival = price_modelled(text, readings);
   price_single_bytes(text, rival, readings);
+  if (is_latin(*readings)) finish_ascii(readings);
   price_others(sample, text, readings);
+}
+
+// Whether the best reading so far is in a language that ASCII tells from others.
+bool Pricing::is_latin(const Pool<Reading>& readings) const {
+  const Reading* const best = best_of(readings);
+  if (best == nullptr) return false;
+  size_t language = 0;
+  double least = kNoCost;
+  for (size_t l = 0; l < best->costs.size(); ++l) {
+    const double cost = best->costs[l] + ascii_.extra()[l];
+    if (cost >= least) continue;
+    least = cost;
+    language = l;
+  }
+  const Script script = homes_.scripts()[language];
+  return script == kLatin || script == kAnyScript;
+}
+
+void Pricing::finish_ascii(Pool<Reading>* readings) {
+  const std::vector<double> before = ascii_.base();
+  if (!ascii_.finish()) return;
+  for (Reading& reading : *readings) {
+    for (size_t l = 0; l < reading.costs.size(); ++l) {
+      if (reading.costs[l] != kNoCost) reading.costs[l] += ascii_.base()[l] - before[l];
+    }
+  }
 }
 
 void Pricing::begin(const TrialText& text, Reading* reading) {
@@ -145,14 +185,7 @@ void Pricing::ask(const TrialText& text, double limit, double rival, Pool<Readin
 
 // Whether the best reading so far costs what text does.
 bool Pricing::fits(const TrialText& text, const Pool<Reading>& readings) const {
-  const Reading* best = nullptr;
-  double least = kNoCost;
-  for (const Reading& reading : readings) {
-    const double cost = least_cost(reading);
-    if (cost >= least) continue;
-    least = cost;
-    best = &reading;
-  }
+  const Reading* const best = best_of(readings);
   if (best == nullptr) return false;
   double beyond_ascii = kNoCost;
   for (size_t l = 0; l < best->costs.size(); ++l) {

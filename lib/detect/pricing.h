@@ -62,6 +62,8 @@ class Pricing {
   void ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings);
   bool fits(const TrialText& text, const Pool<Reading>& readings) const;
   void price_others(std::string_view sample, const TrialText& text, Pool<Reading>* readings);
+  bool is_latin(const Pool<Reading>& readings) const;
+  void finish_ascii(Pool<Reading>* readings);
   void begin(const TrialText& text, Reading* reading);
   void price_decoded(std::string_view sample, double most, Reading* reading);
   void price_decoded_part(const Charset& charset, std::string_view part, double most,
