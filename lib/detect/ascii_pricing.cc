@@ -18,7 +18,7 @@ constexpr double kOtherScript = 4;
 
 // Bytes of a piece, and how many of them are asked about first; then twice as much each time.
 constexpr size_t kPiece = 64;
-constexpr size_t kFirst = 8;
+constexpr size_t kFirst = 4;
 
 }  // namespace
 

@@ -1,8 +1,8 @@
 // AsciiPricing: what the ASCII of a document costs in each language, when the document is in a
 // charset that keeps ASCII and all readings have it in common.
 //
-// The models are asked about a little of it, taken from all over the text, then about four times as
-// much, and so on, until one language is far ahead of the others.
+// The models are asked about a little of it, taken from all over the text, then twice as much, and
+// so on, until one language is far ahead of the others.
 //
 // Life cycle: start for each text, then finish where it matters; the costs are those so far.
 // Ownership:  the tables are the caller's.

@@ -23,16 +23,23 @@ double byte_cost(const ModelInfo& info, int q) {
 
 double trigram_cost(const ModelInfo& info, int q) { return q * info.step + info.least; }
 
+template <size_t kColumns>
+__attribute__((always_inline)) inline void add_columns(const uint16_t* const* rows, size_t count,
+                                                       size_t k, uint32_t* all) {
+  // Loops of fixed length become vector additions.
+  uint32_t sums[kColumns] = {};
+  for (size_t r = 0; r < count; ++r) {
+    const uint16_t* const row = rows[r] + k;
+    for (size_t j = 0; j < kColumns; ++j) sums[j] += row[j];
+  }
+  for (size_t j = 0; j < kColumns; ++j) all[k + j] += sums[j];
+}
+
 __attribute__((always_inline)) inline void add_all(const uint16_t* const* rows, size_t count,
                                                    uint32_t* all, size_t width) {
-  for (size_t k = 0; k < width; k += kRowStep) {
-    // Loops of fixed length become vector additions.
-    uint32_t sums[kRowStep] = {};
-    for (size_t r = 0; r < count; ++r) {
-      for (size_t j = 0; j < kRowStep; ++j) sums[j] += rows[r][k + j];
-    }
-    for (size_t j = 0; j < kRowStep; ++j) all[k + j] += sums[j];
-  }
+  size_t k = 0;
+  for (; k + 2 * kRowStep <= width; k += 2 * kRowStep) add_columns<2 * kRowStep>(rows, count, k, all);
+  for (; k < width; k += kRowStep) add_columns<kRowStep>(rows, count, k, all);
 }
 
 void add_plain(const uint16_t* const* rows, size_t count, uint32_t* sums, size_t width) {

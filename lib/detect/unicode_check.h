@@ -21,7 +21,7 @@ namespace orva {
 class UnicodeCheck {
  public:
   // Characters from the beginning on that are priced.
-  static constexpr uint64_t kMostPriced = 1024;
+  static constexpr uint64_t kMostPriced = 512;
 
   // `width` is 2 or 4 bytes a unit.
   UnicodeCheck(int width, bool big_endian) : width_(width), big_endian_(big_endian) {}

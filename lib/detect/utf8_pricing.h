@@ -1,7 +1,7 @@
 // Utf8Pricing: what a text in UTF-8 costs in each language that has a model for it.
 //
-// The models are asked about a little of the text, taken from all over it, then about four times as
-// much, and so on, until one language is far ahead of the others, or all are so far behind that the
+// The models are asked about a little of the text, taken from all over it, then twice as much, and
+// so on, until one language is far ahead of the others, or all are so far behind that the
 // text is none. So a long text costs hardly more time than a short one.
 //
 // Life cycle: one object for each detector; keeps no state between calls.
