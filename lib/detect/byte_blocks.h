@@ -9,6 +9,7 @@
 #ifndef ORVA_LIB_DETECT_BYTE_BLOCKS_H_
 #define ORVA_LIB_DETECT_BYTE_BLOCKS_H_
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -39,6 +40,14 @@ inline bool any(const ByteBlock& lanes) {
   uint64_t words[2];
   memcpy(words, &lanes, sizeof words);
   return (words[0] | words[1]) != 0;
+}
+
+// The first lane that is not 0; kByteBlock when all are.
+inline size_t first_of(const ByteBlock& lanes) {
+  uint64_t words[2];
+  memcpy(words, &lanes, sizeof words);
+  if (words[0] != 0) return static_cast<size_t>(std::countr_zero(words[0])) / 8;
+  return 8 + static_cast<size_t>(std::countr_zero(words[1])) / 8;
 }
 
 // The sum of all lanes of a vector of bytes.

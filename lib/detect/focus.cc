@@ -47,8 +47,9 @@ size_t context_behind(std::string_view text, size_t at) {
 
 namespace {
 
-// Copies blocks from text[i] on of which every byte stays as it is; returns where the next one
-// begins. REQUIRES: there are two bytes before `*to`, and room for what is left of the text.
+// Copies what text[i] begins with up to a byte that may not stay as it is, as far as blocks go;
+// returns where it stopped. REQUIRES: there are two bytes before `*to`, and room for what is left
+// of the text.
 size_t copy_normal(std::string_view text, size_t i, char** to) {
   const size_t first = i;
   for (; i + kByteBlock <= text.size(); i += kByteBlock, *to += kByteBlock) {
@@ -61,8 +62,11 @@ size_t copy_normal(std::string_view text, size_t i, char** to) {
     }
     const ByteBlock digits = ByteBlock(block - '0' < 10);
     const ByteBlock runs = ByteBlock(block == last) & ByteBlock(last == second_last);
-    if (any(digits | runs | (blanks_of(block) & blanks_of(last)))) break;
     memcpy(*to, &block, sizeof block);
+    const size_t odd = first_of(digits | runs | (blanks_of(block) & blanks_of(last)));
+    if (odd == kByteBlock) continue;
+    *to += odd;
+    return i + odd;
   }
   return i;
 }
@@ -82,10 +86,11 @@ std::string normalised(std::string_view text) {
   char last = 0;
   int run = 0;
   bool behind_blank = false;
-  size_t looked = 0;  // how far blocks were looked at
   // Every byte is written, and kept or written over by the next one.
   for (size_t i = 0; i < text.size(); ++i) {
-    if (i >= looked && to - begin >= 2) {
+    // What does not stay comes in runs.
+    const bool blank_again = behind_blank && is_blank(text[i]);
+    if (to - begin >= 2 && !is_digit(text[i]) && text[i] != last && !blank_again) {
       const size_t next = copy_normal(text, i, &to);
       if (next == text.size()) break;
       if (next != i) {
@@ -94,7 +99,6 @@ std::string normalised(std::string_view text) {
         behind_blank = is_blank(last);
       }
       i = next;
-      looked = i + kByteBlock;
     }
     const auto b = static_cast<unsigned char>(text[i]);
     const char as = normal.as[b];
@@ -140,9 +144,9 @@ std::vector<std::string> high_segments(std::string_view text) {
       segments.emplace_back(missing, '\n');
       end = begin;
     }
-    while (i < text.size() && is_high(text[i])) ++i;
+    i = skip_high(text, i);
     const size_t next = context_behind(text, i);
-    segments.back() += text.substr(end, next - end);
+    segments.back().append(text.data() + end, next - end);
     end = next;
   }
   return segments;

@@ -38,7 +38,8 @@ __attribute__((always_inline)) inline void add_columns(const uint16_t* const* ro
 __attribute__((always_inline)) inline void add_all(const uint16_t* const* rows, size_t count,
                                                    uint32_t* all, size_t width) {
   size_t k = 0;
-  for (; k + 2 * kRowStep <= width; k += 2 * kRowStep) add_columns<2 * kRowStep>(rows, count, k, all);
+  for (; k + 2 * kRowStep <= width; k += 2 * kRowStep)
+    add_columns<2 * kRowStep>(rows, count, k, all);
   for (; k < width; k += kRowStep) add_columns<kRowStep>(rows, count, k, all);
 }
 

@@ -19,6 +19,7 @@ constexpr size_t kMostHigh = 2000;
 // of it that tell whether it does.
 constexpr double kMostOfLetters = 3.5;
 constexpr double kMostOfPairs = 5;
+constexpr double kMostOfAny = 15;  // of a text however short
 constexpr size_t kTellingText = 32;
 constexpr size_t kSurelyPairs = 64;
 
@@ -194,7 +195,7 @@ bool Pricing::fits(const TrialText& text, const Pool<Reading>& readings) const {
     }
   }
   const double most = best->table != nullptr ? kMostOfLetters : kMostOfPairs;
-  return beyond_ascii <= most * static_cast<double>(text.length);
+  return beyond_ascii <= most * static_cast<double>(text.length) + kMostOfAny;
 }
 
 // Those that are likely by their letters. If the best of all does not fit as text does, letters

@@ -32,16 +32,20 @@ size_t ascii_lines(std::string_view bytes) {
   return end == std::string_view::npos ? 0 : end + 1;
 }
 
-// Copies blocks from text[i] on that hold no "<" and no blank behind another one; returns where the
-// next one begins. REQUIRES: there is a byte before `*to`, and room for what is left of the text.
+// Copies what text[i] begins with up to a "<" or a blank behind another one, as far as blocks go;
+// returns where it stopped. REQUIRES: there is a byte before `*to`, and room for what is left of
+// the text.
 size_t copy_plain(std::string_view text, size_t i, char** to) {
   const size_t first = i;
   for (; i + kByteBlock <= text.size(); i += kByteBlock, *to += kByteBlock) {
     const ByteBlock block = block_at(text.data() + i);
     ByteBlock last = block_at(text.data() + i - 1);
     if (i == first) last[0] = static_cast<uint8_t>((*to)[-1]);
-    if (any((blanks_of(block) & blanks_of(last)) | ByteBlock(block == '<'))) break;
     memcpy(*to, &block, sizeof block);
+    const size_t odd = first_of((blanks_of(block) & blanks_of(last)) | ByteBlock(block == '<'));
+    if (odd == kByteBlock) continue;
+    *to += odd;
+    return i + odd;
   }
   return i;
 }
@@ -116,12 +120,11 @@ std::string without_markup(std::string_view text) {
   char* const begin = out.data();
   char* to = begin;
   unsigned behind_blank = 0;
-  size_t looked = 0;  // how far blocks were looked at
   for (size_t i = 0; i < text.size(); ++i) {
-    if (i >= looked && to != begin) {
+    // Blanks come in runs.
+    if (to != begin && kinds.of[static_cast<unsigned char>(text[i])] != kBlank) {
       i = copy_plain(text, i, &to);
       if (i == text.size()) break;
-      looked = i + kByteBlock;
       behind_blank = kinds.of[static_cast<unsigned char>(to[-1])] & kBlank;
     }
     const unsigned kind = kinds.of[static_cast<unsigned char>(text[i])];
