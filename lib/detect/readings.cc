@@ -102,8 +102,9 @@ class Present {
     }
     return sum;
   }
-  bool same(const uint16_t* a, const uint16_t* b) const {
-    return std::all_of(bytes_, bytes_ + size_, [=](unsigned char c) { return a[c] == b[c]; });
+  bool same(const uint16_t* a, const uint16_t* b, bool keep_ascii) const {
+    return std::all_of(bytes_ + (keep_ascii ? first_high_ : 0), bytes_ + size_,
+                       [=](unsigned char c) { return a[c] == b[c]; });
   }
 
  private:
@@ -139,9 +140,12 @@ void add_part(int charset, Pool<Reading>* readings) {
 
 void add_single_byte(int charset, const uint16_t* table, const Present& present,
                      Pool<Reading>* readings) {
-  const uint32_t print = present.print(prints_of(charset));
+  const Prints& prints = prints_of(charset);
+  const uint32_t print = present.print(prints);
   Reading* at = std::find_if(readings->begin(), readings->end(), [&](const Reading& reading) {
-    return reading.print == print && reading.table != nullptr && present.same(reading.table, table);
+    if (reading.print != print || reading.table == nullptr) return false;
+    const bool keep_ascii = prints.keeps_ascii && prints_of(reading.charsets.front()).keeps_ascii;
+    return present.same(reading.table, table, keep_ascii);
   });
   if (at == readings->end()) {
     at = &readings->add();

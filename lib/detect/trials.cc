@@ -61,7 +61,7 @@ TrialText::TrialText(std::vector<std::string> texts)
 struct Trials::Answer {
   uint64_t print = 0;  // of the text
   std::string written;
-  size_t from = 0;
+  std::vector<Part> parts;
   CostSums sums;
 };
 
@@ -132,38 +132,55 @@ void Trials::add(Reading* reading) {
   trial.alive = true;
 }
 
-const CostSums& Trials::answer(const HomeModels& models, std::string_view written, size_t from,
+// What the pieces cost that were written last, in a home.
+const CostSums& Trials::answer(const HomeModels& models, std::string_view written,
                                Pool<Answer>* known) {
   const uint64_t print = print_of(written);
   for (const Answer& answer : *known) {
-    if (answer.print == print && answer.from == from && answer.written == written) {
+    if (answer.print == print && answer.written == written && answer.parts == parts_) {
       return answer.sums;
     }
   }
   Answer& answer = known->add();
   answer.print = print;
   answer.written = written;
-  answer.from = from;
+  answer.parts = parts_;
   answer.sums.start(models);
-  answer.sums.add(written, from);
+  for (const Part& part : parts_) {
+    answer.sums.add(written.substr(part.begin, part.end - part.begin), part.from - part.begin);
+  }
   return answer.sums;
 }
 
-void Trials::ask(const TrialText::Piece& piece, Trial* trial) {
-  const std::string& segment = text_->segments[piece.segment];
-  trial->extra += trial->placement->cost(segment, piece.from, piece.to);
-  trial->length += piece.to - piece.from;
-  const size_t room = (piece.to - piece.context) * Rewriting::kLongest;
+// Asks about the pieces from the `first` one to before the `last` one.
+void Trials::ask(size_t first, size_t last, Trial* trial) {
+  size_t length = 0;
+  size_t room = 0;
+  for (size_t i = first; i < last; ++i) {
+    const TrialText::Piece& piece = text_->pieces[i];
+    trial->extra += trial->placement->cost(text_->segments[piece.segment], piece.from, piece.to);
+    length += piece.to - piece.from;
+    room += (piece.to - piece.context) * Rewriting::kLongest;
+  }
+  trial->length += length;
   if (written_.size() < room) written_.resize(room);
-  char* const begin = written_.data();
   for (InHome& in : trial->homes) {
     if (!in.alive) continue;
-    char* const middle = in.rewriting->write(segment, piece.context, piece.from, begin, begin);
-    const char* const end = in.rewriting->write(segment, piece.from, piece.to, begin, middle);
+    char* const begin = written_.data();
+    char* end = begin;
+    parts_.clear();
+    for (size_t i = first; i < last; ++i) {
+      const TrialText::Piece& piece = text_->pieces[i];
+      const std::string& segment = text_->segments[piece.segment];
+      char* const start = end;
+      char* const middle = in.rewriting->write(segment, piece.context, piece.from, start, start);
+      end = in.rewriting->write(segment, piece.from, piece.to, start, middle);
+      parts_.push_back({static_cast<size_t>(start - begin), static_cast<size_t>(middle - begin),
+                        static_cast<size_t>(end - begin)});
+    }
     const std::string_view written(begin, static_cast<size_t>(end - begin));
-    in.sums.add(
-        answer(in.home->models, written, static_cast<size_t>(middle - begin), &answers_[in.index]));
-    in.length += piece.to - piece.from;
+    in.sums.add(answer(in.home->models, written, &answers_[in.index]));
+    in.length += length;
   }
 }
 
@@ -231,11 +248,9 @@ void Trials::run() {
       asked_bytes += text_->pieces[i].to - text_->pieces[i].from;
     }
     double least = rival_ == kNoCost ? kNoCost : rival_at(asked_bytes);
-    for (size_t i = asked; i < until; ++i) {
-      for (Pool<Answer>& answers : answers_) answers.clear();
-      for (Trial& trial : trials_) {
-        if (trial.alive) ask(text_->pieces[i], &trial);
-      }
+    for (Pool<Answer>& answers : answers_) answers.clear();
+    for (Trial& trial : trials_) {
+      if (trial.alive) ask(asked, until, &trial);
     }
     for (Trial& trial : trials_) {
       if (!trial.alive) continue;

@@ -68,12 +68,18 @@ class Trials {
   struct InHome;
   struct Trial;
 
-  // What a piece costs in a home, as some readings write it.
+  // A piece as it was written: its context, and from where on it is asked about.
+  struct Part {
+    size_t begin;
+    size_t from;
+    size_t end;
+    bool operator==(const Part&) const = default;
+  };
+  // What some pieces cost in a home, as some readings write them.
   struct Answer;
 
-  void ask(const TrialText::Piece& piece, Trial* trial);
-  const CostSums& answer(const HomeModels& models, std::string_view written, size_t from,
-                         Pool<Answer>* known);
+  void ask(size_t first, size_t last, Trial* trial);
+  const CostSums& answer(const HomeModels& models, std::string_view written, Pool<Answer>* known);
   void compare(Trial* trial);
   bool is_told() const;
   // What the rival may have cost at most when so much was asked about.
@@ -89,8 +95,9 @@ class Trials {
   double rival_ = kNoCost;
   Pool<Trial> trials_;
   std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
-  std::vector<Pool<Answer>> answers_;             // about the piece that is asked about, by home
-  std::string written_;                           // of it, in a home
+  std::vector<Pool<Answer>> answers_;             // about the pieces that are asked about, by home
+  std::vector<Part> parts_;
+  std::string written_;                           // of them, in a home
 };
 
 }  // namespace orva
