@@ -19,14 +19,16 @@ constexpr size_t kMostHigh = 2000;
 // of it that tell whether it does.
 constexpr double kMostOfLetters = 3.5;
 constexpr double kMostOfPairs = 5;
+// What a charset costs that a few bytes cannot tell from one that fits.
+constexpr double kUnlikelyPrior = 15;
 constexpr double kMostOfAny = 15;  // of a text however short
 constexpr size_t kTellingText = 32;
 constexpr size_t kSurelyPairs = 64;
 
-double least_cost(const Reading& reading) {
+void set_least(Reading* reading) {
   double least = kNoCost;
-  for (const double cost : reading.costs) least = std::min(least, cost + reading.prior);
-  return least;
+  for (const double cost : reading->costs) least = std::min(least, cost);
+  reading->least = least + reading->prior;
 }
 
 // Bytes of a document that can rule a decoded reading out, and nats that do.
@@ -52,17 +54,11 @@ const Reading* best_of(const Pool<Reading>& readings) {
   const Reading* best = nullptr;
   double least = kNoCost;
   for (const Reading& reading : readings) {
-    const double cost = least_cost(reading);
-    if (cost >= least) continue;
-    least = cost;
+    if (reading.least >= least) continue;
+    least = reading.least;
     best = &reading;
   }
   return best;
-}
-
-bool has_cost(const Reading& reading) {
-  return std::any_of(reading.costs.begin(), reading.costs.end(),
-                     [](double cost) { return cost != kNoCost; });
 }
 
 }  // namespace
@@ -87,7 +83,10 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
   const std::string plain = normalised(main_text(sample));
   const TrialText text(high_segments(plain));
   ascii_.start(plain);
-  for (Reading& reading : *readings) reading.costs.clear();
+  for (Reading& reading : *readings) {
+    reading.costs.clear();
+    reading.least = kNoCost;
+  }
   const double rival = price_modelled(text, readings);
   price_single_bytes(text, rival, readings);
   if (is_latin(*readings)) finish_ascii(readings);
@@ -117,6 +116,7 @@ void Pricing::finish_ascii(Pool<Reading>* readings) {
     for (size_t l = 0; l < reading.costs.size(); ++l) {
       if (reading.costs[l] != kNoCost) reading.costs[l] += ascii_.base()[l] - before[l];
     }
+    set_least(&reading);
   }
 }
 
@@ -146,7 +146,8 @@ double Pricing::price_modelled(const TrialText& text, Pool<Reading>* readings) {
       price_pairs(homes_.pairs(), pair_sums_->totals(), &reading);
     }
     drop_impossible(&reading);
-    best = std::min(best, least_cost(reading));
+    set_least(&reading);
+    best = std::min(best, reading.least);
   }
   return best;
 }
@@ -182,6 +183,9 @@ void Pricing::ask(const TrialText& text, double limit, double rival, Pool<Readin
     trials_.add(&reading);
   }
   trials_.run();
+  for (Reading& reading : *readings) {
+    if (keeps_ascii(reading)) set_least(&reading);
+  }
 }
 
 // Whether the best reading so far costs what text does.
@@ -213,12 +217,14 @@ void Pricing::price_single_bytes(const TrialText& text, double rival, Pool<Readi
 // The readings that do not keep ASCII, and those that no model is for, where nothing else fits.
 void Pricing::price_others(std::string_view sample, const TrialText& text,
                            Pool<Reading>* readings) {
-  if (text.length >= kTellingText && fits(text, *readings)) return;
+  const bool one_fits = fits(text, *readings);
+  if (text.length >= kTellingText && one_fits) return;
   double best = kNoCost;
-  for (const Reading& reading : *readings) best = std::min(best, least_cost(reading));
+  for (const Reading& reading : *readings) best = std::min(best, reading.least);
   const double best_of_ascii = best;
   for (Reading& reading : *readings) {
-    if (has_cost(reading) || keeps_ascii(reading)) continue;
+    if (reading.least != kNoCost || keeps_ascii(reading)) continue;
+    if (one_fits && reading.prior >= kUnlikelyPrior) continue;
     begin(text, &reading);
     if (reading.table != nullptr) {
       price_whole(sample, best_of_ascii - reading.prior, &reading);
@@ -226,7 +232,8 @@ void Pricing::price_others(std::string_view sample, const TrialText& text,
       price_decoded(sample, best - reading.prior, &reading);
     }
     drop_impossible(&reading);
-    best = std::min(best, least_cost(reading));
+    set_least(&reading);
+    best = std::min(best, reading.least);
   }
 }
 

@@ -167,6 +167,7 @@ void Reading::reset() {
   table = nullptr;
   print = 0;
   prior = 0;
+  least = kNoCost;
   possible = nullptr;
   language_extra = nullptr;
 }

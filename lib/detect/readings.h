@@ -22,6 +22,7 @@ struct Reading {
   uint32_t print = 0;               // of what that makes of the document's bytes
   std::vector<double> costs;        // by language; kNoCost where no model could tell
   double prior = 0;                 // nats, before a byte is read
+  double least = kNoCost;           // of the costs, and the prior
   // What it can be in. Not owned.
   const PossibleLanguages* possible = nullptr;
   // By language, added when languages are compared: what the ASCII of the document costs in it.

@@ -252,6 +252,8 @@ void Trials::run() {
     for (Trial& trial : trials_) {
       if (trial.alive) ask(asked, until, &trial);
     }
+    asked = until;
+    if (asked == text_->pieces.size()) break;
     for (Trial& trial : trials_) {
       if (!trial.alive) continue;
       compare(&trial);
@@ -262,7 +264,6 @@ void Trials::run() {
       trial.behind = trial.least - least;
       trial.alive = trial.behind <= margin_;
     }
-    asked = until;
     if (is_told()) break;
   }
   double best = kNoCost;

@@ -97,7 +97,7 @@ class Trials {
   std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
   std::vector<Pool<Answer>> answers_;             // about the pieces that are asked about, by home
   std::vector<Part> parts_;
-  std::string written_;                           // of them, in a home
+  std::string written_;  // of them, in a home
 };
 
 }  // namespace orva
