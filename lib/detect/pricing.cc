@@ -24,6 +24,8 @@ constexpr double kUnlikelyPrior = 15;
 constexpr double kMostOfAny = 15;  // of a text however short
 constexpr size_t kTellingText = 32;
 constexpr size_t kSurelyPairs = 64;
+// Bytes that tell which charset pairs are of, and how much they cost in it.
+constexpr size_t kTellingPairs = 768;
 
 void set_least(Reading* reading) {
   double least = kNoCost;
@@ -40,8 +42,17 @@ bool is_far_behind(double most, const Reading& reading) {
   return least != kNoCost && least > most + kFarBehind;
 }
 
-void add_all(const std::vector<std::string>& texts, ListedSums* sums) {
-  for (const std::string& text : texts) sums->add(text);
+// Adds as much of a text as tells, in pieces from all over it; returns how many times as much all
+// of it is.
+double add_pieces(const TrialText& text, ListedSums* sums) {
+  size_t added = 0;
+  for (const TrialText::Piece& piece : text.pieces) {
+    const std::string_view segment = text.segments[piece.segment];
+    sums->add(segment.substr(piece.context, piece.to - piece.context));
+    added += piece.to - piece.from;
+    if (added >= kTellingPairs) break;
+  }
+  return added == 0 ? 1 : static_cast<double>(text.length) / static_cast<double>(added);
 }
 
 // Whether it is a single-byte one in which ASCII stands for itself.
@@ -129,21 +140,22 @@ void Pricing::begin(const TrialText& text, Reading* reading) {
 double Pricing::price_modelled(const TrialText& text, Pool<Reading>* readings) {
   double best = kNoCost;
   bool asked = false;
+  double pairs_stretch = 1;
   for (Reading& reading : *readings) {
     const uint32_t flags = kCharsets[reading.charsets.front()].flags;
     if (reading.table != nullptr || (flags & kMarkupSafe) == 0) continue;
     begin(text, &reading);
     if ((flags & kUnicode) != 0) {
       ListedSums sums(homes_.utf8());
-      add_all(text.segments, &sums);
-      price_pairs(homes_.utf8(), sums.totals(), &reading);
+      const double stretch = add_pieces(text, &sums);
+      price_pairs(homes_.utf8(), sums.totals(), stretch, &reading);
     } else {
       if (!pair_sums_.has_value()) pair_sums_.emplace(homes_.pairs());
       if (!std::exchange(asked, true)) {
         pair_sums_->reset();
-        add_all(text.segments, &*pair_sums_);
+        pairs_stretch = add_pieces(text, &*pair_sums_);
       }
-      price_pairs(homes_.pairs(), pair_sums_->totals(), &reading);
+      price_pairs(homes_.pairs(), pair_sums_->totals(), pairs_stretch, &reading);
     }
     drop_impossible(&reading);
     set_least(&reading);
@@ -304,13 +316,13 @@ void Pricing::price_whole_part(std::string_view sample, Reading* reading) const 
 
 // A multi-byte reading, through the models of its own charset.
 void Pricing::price_pairs(const ListedModels& models, const std::vector<double>& totals,
-                          Reading* reading) const {
+                          double stretch, Reading* reading) const {
   for (size_t i = 0; i < totals.size(); ++i) {
     const ModelInfo& model = models.info(i);
     if (!reading->holds(model.charset)) continue;
     const auto l = static_cast<size_t>(model.language);
     if (ascii_.base()[l] == kNoCost) continue;
-    reading->costs[l] = std::min(reading->costs[l], ascii_.base()[l] + totals[i]);
+    reading->costs[l] = std::min(reading->costs[l], ascii_.base()[l] + totals[i] * stretch);
   }
 }
 

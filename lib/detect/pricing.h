@@ -52,7 +52,7 @@ class Pricing {
   static void drop_impossible(Reading* reading);
   void price_whole(std::string_view sample, double most, Reading* reading) const;
   void price_whole_part(std::string_view sample, Reading* reading) const;
-  void price_pairs(const ListedModels& models, const std::vector<double>& totals,
+  void price_pairs(const ListedModels& models, const std::vector<double>& totals, double stretch,
                    Reading* reading) const;
   double price_modelled(const TrialText& text, Pool<Reading>* readings);
   void price_single_bytes(const TrialText& text, double rival, Pool<Reading>* readings);
