@@ -60,7 +60,10 @@ double Screening::cost(const LetterCost* costs) const {
 double Screening::margin() const {
   constexpr double kLeast = 30;
   constexpr double kPerByte = 0.75;
-  return kLeast + kPerByte * static_cast<double>(counted_);
+  constexpr double kLeastOfFew = 16;
+  constexpr double kPerByteOfFew = 2;
+  const auto counted = static_cast<double>(counted_);
+  return std::min(kLeast + kPerByte * counted, kLeastOfFew + kPerByteOfFew * counted);
 }
 
 }  // namespace orva
