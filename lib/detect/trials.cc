@@ -19,6 +19,7 @@ constexpr double kMostOdd = 1.5;
 
 // Bytes of a piece, and how many of the pieces that follow each other are asked about far apart.
 constexpr size_t kPiece = 32;
+constexpr size_t kFirstPiece = 14;
 constexpr size_t kStride = 16;
 
 // Texts that differ have other ones, as a rule.
@@ -56,6 +57,17 @@ TrialText::TrialText(std::vector<std::string> texts)
   for (const size_t first : {0, 8, 4, 12, 2, 10, 6, 14, 1, 9, 5, 13, 3, 11, 7, 15}) {
     for (size_t i = first; i < in_order.size(); i += kStride) pieces.push_back(in_order[i]);
   }
+  if (!pieces.empty()) cut_first();
+}
+
+// A few bytes tell most wrong readings.
+void TrialText::cut_first() {
+  Piece& first = pieces.front();
+  if (first.to - first.from < 2 * kFirstPiece) return;
+  Piece rest = first;
+  first.to = rest.from = first.from + kFirstPiece;
+  rest.context = context_before(segments[rest.segment], rest.from);
+  pieces.insert(pieces.begin() + 1, rest);
 }
 
 struct Trials::Answer {

@@ -43,6 +43,9 @@ struct TrialText {
   size_t length = 0;          // of all pieces
 
   explicit TrialText(std::vector<std::string> from);
+
+ private:
+  void cut_first();
 };
 
 class Trials {
