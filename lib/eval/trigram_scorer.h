@@ -62,6 +62,13 @@ class TrigramScorer {
   }
 
  private:
+  // A leaf that covers the sets of values at the place `cover`.
+  struct Several {
+    uint32_t nb_sets;
+    uint32_t cover;
+    uint32_t times;
+  };
+
   void credit(std::span<const CountedTrigram> trigrams);
   void fold();
   void sort_pending();
@@ -84,12 +91,8 @@ class TrigramScorer {
   uint32_t occurrences_[256] = {};  // of each byte since then
   std::vector<uint32_t> sorted_;    // these by their bytes
   uint32_t ends_[256] = {};         // of those of each byte
+  // Those of one byte: what they cover, and which of them cover several sets.
   std::unique_ptr<CoverTimes[]> sets_;
-  struct Several {
-    uint32_t nb_sets;
-    uint32_t cover;
-    uint32_t times;
-  };
   std::unique_ptr<Several[]> several_;
 };
 

@@ -3,8 +3,8 @@
 // A byte costs every model that knows it its unigram cost, once for each time it occurs less those
 // that trigrams of the model or of its fact set cover.
 //
-// Life cycle: build once; constant from then on.
-// Ownership:  its table, outside the accounted memory.
+// Life cycle: build once; clear before each text.
+// Ownership:  its tables, outside the accounted memory.
 #ifndef ORVA_LIB_EVAL_UNIGRAM_ROWS_H_
 #define ORVA_LIB_EVAL_UNIGRAM_ROWS_H_
 
