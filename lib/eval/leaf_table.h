@@ -25,7 +25,6 @@
 #include "lib/eval/coverage.h"
 #include "lib/eval/lanes.h"
 #include "lib/eval/row_adder.h"
-#include "lib/mgroup/group_format.h"
 
 class CLidMGroup;
 

@@ -59,6 +59,7 @@ void TrigramScorer::credit(std::span<const CountedTrigram> trigrams) {
   index_.find(trigrams.data(), trigrams.size(), ids);
   for (size_t i = 0; i < trigrams.size(); ++i) __builtin_prefetch(&leaves_.leaf(ids[i]));
   // Leaves of no list yet, or of none ever.
+  static_assert(TrigramIndex::kMostFound <= LeafTable::kMostDecided);
   uint32_t odd[TrigramIndex::kMostFound];
   uint32_t odd_times[TrigramIndex::kMostFound];
   size_t nb_odd = 0;
@@ -115,6 +116,7 @@ void TrigramScorer::fold() {
     if (occurrences_[byte] != 0) fold_byte(byte, first, last);
     first = last;
   }
+  // None of these is pending any more.
   nb_pending_ = 0;
   forget_pending();
 }
