@@ -5,6 +5,8 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "lib/facs/preprocess_avx512.h"
+
 namespace orva {
 namespace {
 
@@ -62,12 +64,6 @@ __attribute__((target("ssse3,popcnt"))) unsigned char* write_kept_ssse3(__m128i 
     block = _mm_srli_si128(block, kHalf);
   }
   return out;
-}
-
-WriteKept best_write_kept() {
-  const bool has_both =
-      __builtin_cpu_supports("ssse3") != 0 && __builtin_cpu_supports("popcnt") != 0;
-  return has_both ? write_kept_ssse3 : write_kept_plain;
 }
 
 // One pass over a buffer, block by block.
@@ -144,8 +140,8 @@ class Pass {
   int last_[3] = {0, -1, -1};
 };
 
-int preprocess_with(WriteKept write_kept, const PreprocessSwitches& switches, unsigned char* buf,
-                    int len) {
+template <WriteKept write_kept>
+int preprocess_blocks(const PreprocessSwitches& switches, unsigned char* buf, int len) {
   Pass pass(switches, write_kept, buf);
   int at = 0;
   for (; at + kBlock <= len; at += kBlock) pass.take_block(buf + at);
@@ -158,13 +154,22 @@ int preprocess_with(WriteKept write_kept, const PreprocessSwitches& switches, un
 
 }  // namespace
 
-int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len) {
-  static const WriteKept best = best_write_kept();
-  return preprocess_with(best, switches, buf, len);
+std::vector<Preprocess> preprocessors() {
+  std::vector<Preprocess> all = {preprocess_blocks<write_kept_plain>};
+  const bool has_popcnt = __builtin_cpu_supports("popcnt") != 0;
+  if (has_popcnt && __builtin_cpu_supports("ssse3") != 0) {
+    all.push_back(preprocess_blocks<write_kept_ssse3>);
+  }
+  if (has_popcnt && __builtin_cpu_supports("avx512vbmi2") != 0 &&
+      __builtin_cpu_supports("avx512vbmi") != 0 && __builtin_cpu_supports("avx512bw") != 0) {
+    all.push_back(preprocess_avx512);
+  }
+  return all;
 }
 
-int preprocess_text_plain(const PreprocessSwitches& switches, unsigned char* buf, int len) {
-  return preprocess_with(write_kept_plain, switches, buf, len);
+int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len) {
+  static const Preprocess best = preprocessors().back();
+  return best(switches, buf, len);
 }
 
 }  // namespace orva

@@ -2,6 +2,8 @@
 #ifndef ORVA_LIB_FACS_PREPROCESS_H_
 #define ORVA_LIB_FACS_PREPROCESS_H_
 
+#include <vector>
+
 namespace orva {
 
 struct PreprocessSwitches {
@@ -14,8 +16,10 @@ struct PreprocessSwitches {
 // Rewrites `buf` and returns its new length. Beyond it comes a NUL when a run was cut; all else
 // there is left undefined.
 int preprocess_text(const PreprocessSwitches& switches, unsigned char* buf, int len);
-// The same, as machines without byte shuffles do it.
-int preprocess_text_plain(const PreprocessSwitches& switches, unsigned char* buf, int len);
+
+// All ways to do it that this machine can run, the plain one first and the fastest last.
+using Preprocess = int (*)(const PreprocessSwitches& switches, unsigned char* buf, int len);
+std::vector<Preprocess> preprocessors();
 
 }  // namespace orva
 
