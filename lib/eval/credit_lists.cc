@@ -13,49 +13,61 @@ void add_value(uint16_t value, uint32_t times, uint64_t* by_index) {
 
 }  // namespace
 
-void CreditLists::add_now(std::span<const uint16_t> values, uint32_t times) {
-  for (const uint16_t value : values) add_value(value, times, by_index_);
-}
-
-void CreditLists::add_single(const Times* added, size_t count) {
-  for (const Times* t = added; t != added + count; ++t) {
-    add_value(static_cast<uint16_t>(t->place), t->times, by_index_);
+void CreditLists::add_now(Leaf leaf, uint32_t times) {
+  if (leaf.way() == LeafTable::kOneByOne) {
+    for (const uint16_t value : leaves_->values(leaf.place())) {
+      add_value(value, times, by_index_[0]);
+    }
+    return;
+  }
+  for (uint32_t now = 0; times != 0; times -= now) {
+    now = std::min(times, kMostCounted);
+    List one;
+    one.places[0] = leaf.place();
+    one.times[0] = now;
+    credit(leaf.way(), {one.places, one.times, 1});
   }
 }
 
+// Leaves of `n` values.
 template <size_t n>
-void CreditLists::add_few(const Times* added, size_t count) {
+void CreditLists::add_few(const Credits& credits) {
   const uint16_t* const values = leaves_->all_values();
-  for (const Times* t = added; t != added + count; ++t) {
-    __builtin_prefetch(values + t[kFewAhead].place);
+#pragma GCC unroll 2
+  for (size_t k = 0; k < credits.count; ++k) {
+    uint64_t* const by_index = by_index_[k % 2];
+    if constexpr (n == 1) {
+      add_value(static_cast<uint16_t>(credits.places[k]), credits.times[k], by_index);
+    } else {
+      __builtin_prefetch(values + credits.places[k + kFewAhead]);
 #pragma GCC unroll 4
-    for (size_t i = 0; i < n; ++i) add_value(values[t->place + i], t->times, by_index_);
+      for (size_t i = 0; i < n; ++i) {
+        add_value(values[credits.places[k] + i], credits.times[k], by_index);
+      }
+    }
+  }
+}
+
+void CreditLists::credit(size_t way, const Credits& credits) {
+  static_assert(LeafTable::kMostFew == 4);
+  switch (way) {
+    case LeafTable::kFew + 1:
+      return add_few<1>(credits);
+    case LeafTable::kFew + 2:
+      return add_few<2>(credits);
+    case LeafTable::kFew + 3:
+      return add_few<3>(credits);
+    case LeafTable::kFew + 4:
+      return add_few<4>(credits);
+    case LeafTable::kNone:
+      return;
+    default:
+      adder_(leaves_->shape(static_cast<uint8_t>(way)), leaves_->all_rows(), credits, &by_lane_);
   }
 }
 
 void CreditLists::drain_one(size_t way) {
-  static_assert(LeafTable::kMostFew == 4);
-  const Times* const added = lists_[way].added;
-  const size_t count = lengths_[way];
-  switch (way) {
-    case LeafTable::kFew + 1:
-      add_single(added, count);
-      break;
-    case LeafTable::kFew + 2:
-      add_few<2>(added, count);
-      break;
-    case LeafTable::kFew + 3:
-      add_few<3>(added, count);
-      break;
-    case LeafTable::kFew + 4:
-      add_few<4>(added, count);
-      break;
-    case LeafTable::kNone:
-      break;
-    default:
-      adder_(leaves_->shape(static_cast<uint8_t>(way)), leaves_->all_rows(), added, count,
-             &by_lane_);
-  }
+  credit(way, {lists_[way].places, lists_[way].times, lengths_[way]});
   lengths_[way] = 0;
 }
 
@@ -67,7 +79,7 @@ void CreditLists::drain() {
 
 void CreditLists::clear() {
   by_lane_ = LaneSums();
-  std::fill(std::begin(by_index_), std::end(by_index_), 0);
+  for (auto& sums : by_index_) std::fill(std::begin(sums), std::end(sums), 0);
 }
 
 }  // namespace orva

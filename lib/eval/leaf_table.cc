@@ -35,7 +35,7 @@ void LeafTable::build(const CLidMGroup& group, const std::vector<int>& fact_of,
   const auto nb_leaves = static_cast<size_t>(group.lstates_tsize) + 1;
   leaves_.reset(static_cast<Leaf*>(calloc(nb_leaves, sizeof(Leaf))));
   if (leaves_ == nullptr) throw std::bad_alloc();
-  leaves_[0].set(kNone, 0);
+  leaves_[0] = Leaf(kNone, 0);
   for (uint8_t n = 1; n <= kMostFew; ++n) ways_[kFew + n].nb_sets = n;
   ways_[kFew + 1].mask = 0xFF;
   std::fill(ways_.begin() + kRows, ways_.end(), Way{~uint32_t{0}, 1, 1});
@@ -59,15 +59,17 @@ void LeafTable::decide(const uint32_t* ids, size_t n) {
     __builtin_prefetch(values_of[i].data() + kInCacheLine);
   }
   for (size_t i = 0; i < n; ++i) {
-    if (leaves_[ids[i]].way() == kNotYet) decide_one(values_of[i], &leaves_[ids[i]]);
+    if (leaves_[ids[i]].way() == kNotYet) {
+      leaves_[ids[i]] = decide_one(ids[i], values_of[i]);
+    }
   }
 }
 
-void LeafTable::decide_one(std::span<const uint16_t> values, Leaf* leaf) {
+Leaf LeafTable::decide_one(uint32_t id, std::span<const uint16_t> values) {
   const auto first = static_cast<uint32_t>(values.data() - group_->lstates_vals);
   const size_t count = values.size();
-  if (count == 0) return leaf->set(kNone, 0);
-  if (count == 1) return leaf->set(kFew + 1, values[0]);
+  if (count == 0) return Leaf(kNone, 0);
+  if (count == 1) return Leaf(kFew + 1, values[0]);
   unsigned mask = 0;
   uint64_t twice = 0;
   ModelSet all;
@@ -80,21 +82,22 @@ void LeafTable::decide_one(std::span<const uint16_t> values, Leaf* leaf) {
     }
   }
   // How often a leaf covers a model is no matter of bits when it covers one twice.
-  if (twice != 0) return leaf->set(kOneByOne, first);
+  if (twice != 0) return Leaf(kOneByOne, id);
   if (count <= kMostFew) {
     const bool can_be_read = first + kMostFew <= static_cast<size_t>(group_->lstates_vals_tsize);
-    return leaf->set(can_be_read ? static_cast<uint8_t>(kFew + count) : kOneByOne, first);
+    return can_be_read ? Leaf(static_cast<uint8_t>(kFew + count), first) : Leaf(kOneByOne, id);
   }
   const uint8_t number = shape_of(mask);
   const RowShape& shape = shapes_[number];
   const size_t nb_units = 1 + shape.nb_blocks * kUnitsOfBlock;
   Unit* const units = units_.get() + used_;
   if (nb_units > room_ - used_ || !fill(values, shape, units[1].lanes)) {
-    return leaf->set(kOneByOne, first);
+    return Leaf(kOneByOne, id);
   }
   units[0].models = all;
-  leaf->set(static_cast<uint8_t>(kRows + number), static_cast<uint32_t>(used_ + 1));
+  const Leaf leaf(static_cast<uint8_t>(kRows + number), static_cast<uint32_t>(used_ + 1));
   used_ += nb_units;
+  return leaf;
 }
 
 // False when there are two values for one index.

@@ -5,8 +5,8 @@
 //
 //   orva::LeafTable leaves;
 //   leaves.build(group, fact_of, lane_of);
-//   orva::Leaf& leaf = leaves.leaf(id);
-//   if (leaf.way() == orva::LeafTable::kNotYet) leaves.decide(ids, n);
+//   leaves.decide(ids, n);
+//   use(leaves.leaf(ids[0]).way());
 //
 // Life cycle: build once.
 // Ownership:  its tables, outside the accounted memory; memory that no row ever lay in is not
@@ -32,22 +32,22 @@ namespace orva {
 
 class Leaf {
  public:
+  Leaf() = default;
+  Leaf(uint8_t way, uint32_t place) : word_(way | place << 8) {}
+
   // The number of its way, and where its values or its row are.
   uint8_t way() const { return static_cast<uint8_t>(word_); }
   uint32_t place() const { return word_ >> 8; }
-  void set(uint8_t way, uint32_t place) { word_ = way | place << 8; }
-
-  uint32_t pending = 0;  // occurrences whose unigrams were not added yet
 
  private:
   uint32_t word_ = 0;
 };
-static_assert(sizeof(Leaf) == 8);
+static_assert(sizeof(Leaf) == 4);
 
 class LeafTable {
  public:
   // Ways to credit a leaf. Those with `n` values, up to kMostFew, are the ways kFew + n; the place
-  // of a single value is the value.
+  // of a single value is the value. The place of one to be credited value by value is its id.
   static constexpr uint8_t kNotYet = 0;
   static constexpr uint8_t kOneByOne = 1;  // values, however many
   static constexpr uint8_t kFew = 1;
@@ -67,7 +67,7 @@ class LeafTable {
              size_t room = kRoom);
 
   // Leaf 0 is that of trigrams without one.
-  Leaf& leaf(uint32_t id) { return leaves_[id]; }
+  const Leaf& leaf(uint32_t id) const { return leaves_[id]; }
   // Decides for n <= kMostDecided leaves, which may be the same.
   static constexpr size_t kMostDecided = 64;
   void decide(const uint32_t* ids, size_t n);
@@ -99,7 +99,7 @@ class LeafTable {
   static_assert(sizeof(Unit) == kRowUnit);
   static constexpr size_t kUnitsOfBlock = kBlockLanes * sizeof(LaneValue) / kRowUnit;
 
-  void decide_one(std::span<const uint16_t> values, Leaf* leaf);
+  Leaf decide_one(uint32_t id, std::span<const uint16_t> values);
   bool fill(std::span<const uint16_t> values, const RowShape& shape, LaneValue* row) const;
   uint8_t shape_of(unsigned mask);
 

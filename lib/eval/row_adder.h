@@ -20,17 +20,18 @@ struct RowShape {
   explicit RowShape(unsigned block_mask);
 };
 
-// What is to be added, and how many times.
-struct Times {
-  uint32_t place;  // of a row, in units after the first row
-  uint32_t times;
+// What is to be added, and how many times each.
+struct Credits {
+  const uint32_t* places;  // of rows, in units after the first row
+  const uint32_t* times;
+  size_t count;
 };
 
 // Adds rows of one shape to `sums`. REQUIRES: no lane counts more than kMostCounted values, and
-// kRowsAhead more rows can be read, whatever they are.
+// kRowsAhead more places can be read, whatever they are.
 inline constexpr size_t kRowsAhead = 4;
-using AddRows = void (*)(const RowShape& shape, const LaneValue* first_row, const Times* rows,
-                         size_t count, LaneSums* sums);
+using AddRows = void (*)(const RowShape& shape, const LaneValue* first_row, const Credits& rows,
+                         LaneSums* sums);
 
 // All that this machine can run, the plain one first and the fastest last.
 std::vector<AddRows> row_adders();

@@ -91,8 +91,7 @@ bool TrigramIndex::check_default_successors(const CLidMGroup& group, const Proof
 }
 
 // In two steps, so that the look-ups of one step need not wait for each other.
-__attribute__((always_inline)) inline void TrigramIndex::find_any(const CountedTrigram* trigrams,
-                                                                  size_t n,
+__attribute__((always_inline)) inline void TrigramIndex::find_any(const Trigram* trigrams, size_t n,
                                                                   uint32_t* leaves) const {
   const Node* nodes[kMostFound];
   const uint16_t* const node_of_pair = node_of_pair_.data();
@@ -111,14 +110,14 @@ __attribute__((always_inline)) inline void TrigramIndex::find_any(const CountedT
   }
 }
 
-void TrigramIndex::find_plain(const TrigramIndex& index, const CountedTrigram* trigrams, size_t n,
+void TrigramIndex::find_plain(const TrigramIndex& index, const Trigram* trigrams, size_t n,
                               uint32_t* leaves) {
   index.find_any(trigrams, n, leaves);
 }
 
 __attribute__((target("popcnt"))) void TrigramIndex::find_popcnt(const TrigramIndex& index,
-                                                                 const CountedTrigram* trigrams,
-                                                                 size_t n, uint32_t* leaves) {
+                                                                 const Trigram* trigrams, size_t n,
+                                                                 uint32_t* leaves) {
   index.find_any(trigrams, n, leaves);
 }
 

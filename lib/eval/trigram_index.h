@@ -19,7 +19,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "lib/eval/run_counter.h"
+#include "lib/eval/trigram_numbers.h"
 
 class CLidMGroup;
 
@@ -36,7 +36,7 @@ class TrigramIndex {
   bool build(const CLidMGroup& group);
 
   // Stores the leaves of n <= kMostFound trigrams.
-  void find(const CountedTrigram* trigrams, size_t n, uint32_t* leaves) const {
+  void find(const Trigram* trigrams, size_t n, uint32_t* leaves) const {
     find_(*this, trigrams, n, leaves);
   }
   // Counts bits as machines do that cannot count them at once.
@@ -53,7 +53,7 @@ class TrigramIndex {
     uint64_t bits[4];    // bytes that continue the pair
     uint32_t before[4];  // leaves before those of each word of bits
   };
-  using Find = void (*)(const TrigramIndex& index, const CountedTrigram* trigrams, size_t n,
+  using Find = void (*)(const TrigramIndex& index, const Trigram* trigrams, size_t n,
                         uint32_t* leaves);
 
   // What is known of the automaton while it is examined.
@@ -64,10 +64,10 @@ class TrigramIndex {
   };
 
   static unsigned swapped(unsigned pair) { return (pair & 0xFF) << 8 | pair >> 8; }
-  void find_any(const CountedTrigram* trigrams, size_t n, uint32_t* leaves) const;
-  static void find_plain(const TrigramIndex& index, const CountedTrigram* trigrams, size_t n,
+  void find_any(const Trigram* trigrams, size_t n, uint32_t* leaves) const;
+  static void find_plain(const TrigramIndex& index, const Trigram* trigrams, size_t n,
                          uint32_t* leaves);
-  static void find_popcnt(const TrigramIndex& index, const CountedTrigram* trigrams, size_t n,
+  static void find_popcnt(const TrigramIndex& index, const Trigram* trigrams, size_t n,
                           uint32_t* leaves);
   bool add_pair(const CLidMGroup& group, unsigned pair, int state, Proof* proof);
   bool check_default_successors(const CLidMGroup& group, const Proof& proof) const;

@@ -10,8 +10,6 @@ namespace {
 
 // Counts of pending occurrences stay within 32 bits.
 constexpr size_t kFoldAfter = size_t{1} << 30;
-constexpr size_t kMostPending = 32768;
-constexpr size_t kPendingAhead = 16;  // fetched before they are needed
 
 }  // namespace
 
@@ -22,81 +20,109 @@ bool TrigramScorer::build(const CLidMGroup& group, const std::vector<int>& fact_
   lane_of_ = order_lanes(group);
   leaves_.build(group, fact_of, lane_of_);
   lists_ = std::make_unique<CreditLists>(&leaves_, row_adders().back());
-  pending_.resize(kMostPending + kMostFed + kPendingAhead);
-  sorted_.resize(pending_.size());
-  sets_ = std::make_unique_for_overwrite<CoverTimes[]>((pending_.size() + 1) * LeafTable::kMostFew);
-  several_ = std::make_unique_for_overwrite<Several[]>(pending_.size());
-  reset();
+  constexpr size_t kMost = NumberedLeaves::kMostNumbers + 1;
+  sorted_.resize(kMost);
+  sets_ = std::make_unique_for_overwrite<CoverTimes[]>(kMost * LeafTable::kMostFew);
+  several_ = std::make_unique_for_overwrite<Several[]>(kMost);
   return true;
 }
 
 void TrigramScorer::use_plain_vectors() {
   index_.use_plain_bits();
+  numbered_.use_plain_vectors();
   lists_->use(row_adders().front());
   unigram_rows_.use_plain_vectors();
   add_covered_ = cover_adders().front();
 }
 
 void TrigramScorer::reset() {
-  forget_pending();
+  numbered_.forget_pending();
+  unfolded_ = 0;
   lists_->clear();
   unigram_rows_.clear();
 }
 
 void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
-  const std::span<const CountedTrigram> counted = counter_.count(pair, buf, n);
-  constexpr size_t kAtOnce = TrigramIndex::kMostFound;
-  for (size_t from = 0; from < counted.size(); from += kAtOnce) {
-    credit(counted.subspan(from, std::min(kAtOnce, counted.size() - from)));
+  uint16_t numbers[TrigramNumbers::kMostFound];
+  uint16_t unknown[TrigramNumbers::kMostFound];
+  for (size_t now = 0; n != 0; buf += now, n -= now) {
+    now = std::min(n, TrigramNumbers::kMostFound);
+    size_t nb_unknown = numbers_.find(pair, buf, now, numbers, unknown);
+    if (nb_unknown != 0 && !learn(pair, buf, unknown, nb_unknown, numbers)) {
+      forget_numbers();
+      nb_unknown = numbers_.find(pair, buf, now, numbers, unknown);
+      learn(pair, buf, unknown, nb_unknown, numbers);
+    }
+    numbered_.count(numbers, now);
+    unfolded_ += now;
+    for (size_t i = now - std::min<size_t>(now, 2); i < now; ++i) pair = pair << 8 | buf[i];
   }
-  lists_->drain();
-  unfolded_ += n;
-  if (unfolded_ >= kFoldAfter || nb_pending_ > kMostPending) fold();
+  credit();
+  if (unfolded_ >= kFoldAfter) fold();
 }
 
-void TrigramScorer::credit(std::span<const CountedTrigram> trigrams) {
-  uint32_t ids[TrigramIndex::kMostFound];
-  index_.find(trigrams.data(), trigrams.size(), ids);
-  for (size_t i = 0; i < trigrams.size(); ++i) __builtin_prefetch(&leaves_.leaf(ids[i]));
-  // Leaves of no list yet, or of none ever.
+void TrigramScorer::credit() {
+  numbered_.take_run(lists_.get());
+  lists_->drain();
+}
+
+// What is counted and what is pending goes by numbers.
+void TrigramScorer::forget_numbers() {
+  credit();
+  fold();
+  numbered_.clear();
+  numbers_.clear();
+}
+
+// Gives numbers to the trigrams that end at some places of buf and have none yet. False when not
+// enough are left.
+bool TrigramScorer::learn(unsigned pair, const unsigned char* buf, const uint16_t* unknown,
+                          size_t nb_unknown, uint16_t* numbers) {
+  constexpr size_t kAtOnce = TrigramIndex::kMostFound;
+  for (size_t from = 0; from < nb_unknown; from += kAtOnce) {
+    const size_t n = std::min(kAtOnce, nb_unknown - from);
+    Trigram trigrams[kAtOnce];
+    for (size_t k = 0; k < n; ++k) {
+      const size_t i = unknown[from + k];
+      const unsigned first = i > 1 ? buf[i - 2] : pair >> (i == 0 ? 8 : 0) & 0xFF;
+      const unsigned second = i > 0 ? buf[i - 1] : pair & 0xFF;
+      trigrams[k] = {first | second << 8 | unsigned{buf[i]} << 16};
+    }
+    uint16_t given[kAtOnce];
+    if (!learn_some(trigrams, n, given)) return false;
+    for (size_t k = 0; k < n; ++k) numbers[unknown[from + k]] = given[k];
+  }
+  return true;
+}
+
+bool TrigramScorer::learn_some(const Trigram* trigrams, size_t n, uint16_t* numbers) {
   static_assert(TrigramIndex::kMostFound <= LeafTable::kMostDecided);
-  uint32_t odd[TrigramIndex::kMostFound];
-  uint32_t odd_times[TrigramIndex::kMostFound];
-  size_t nb_odd = 0;
-  uint32_t* pending = pending_.data() + nb_pending_;
-  for (size_t i = 0; i < trigrams.size(); ++i) {
-    const unsigned char last_byte = trigrams[i].last_byte();
-    const uint32_t times = trigrams[i].times();
-    Leaf& leaf = leaves_.leaf(ids[i]);
-    occurrences_[last_byte] += times;
-    // So that no branch depends on whether it is the first.
-    *pending = ids[i] << 8 | last_byte;
-    pending += leaf.pending == 0 ? 1 : 0;
-    leaf.pending += times;
-    if (__builtin_expect(leaf.way() <= LeafTable::kOneByOne, 0)) {
-      odd[nb_odd] = ids[i];
-      odd_times[nb_odd++] = times;
-    } else {
-      lists_->add(leaf.way(), leaf.place(), times);
-    }
+  uint32_t ids[TrigramIndex::kMostFound];
+  index_.find(trigrams, n, ids);
+  for (size_t i = 0; i < n; ++i) __builtin_prefetch(&leaves_.leaf(ids[i]));
+  uint32_t undecided[TrigramIndex::kMostFound];
+  size_t nb_undecided = 0;
+  for (size_t i = 0; i < n; ++i) {
+    undecided[nb_undecided] = ids[i];
+    nb_undecided += leaves_.leaf(ids[i]).way() == LeafTable::kNotYet ? 1 : 0;
   }
-  nb_pending_ = static_cast<size_t>(pending - pending_.data());
-  if (nb_odd == 0) return;
-  leaves_.decide(odd, nb_odd);
-  for (size_t i = 0; i < nb_odd; ++i) {
-    const Leaf& leaf = leaves_.leaf(odd[i]);
-    if (leaf.way() == LeafTable::kOneByOne) {
-      lists_->add_now(leaves_.values(odd[i]), odd_times[i]);
-    } else {
-      lists_->add(leaf.way(), leaf.place(), odd_times[i]);
-    }
+  leaves_.decide(undecided, nb_undecided);
+  for (size_t i = 0; i < n; ++i) {
+    // It may have come twice.
+    numbers[i] = numbers_.find_one(trigrams[i]);
+    if (numbers[i] != TrigramNumbers::kNone) continue;
+    numbers[i] = ids[i] == TrigramIndex::kNone
+                     ? NumberedLeaves::without_leaf(trigrams[i].last_byte())
+                     : numbered_.add(leaves_.leaf(ids[i]), trigrams[i].last_byte());
+    if (numbers[i] == NumberedLeaves::kNone || !numbers_.set(trigrams[i], numbers[i])) return false;
   }
+  return true;
 }
 
 uint32_t TrigramScorer::take_run(size_t n, uint32_t* sums, int* counts) {
   uint32_t all = 0;
   for (size_t i = 0; i < n; ++i) {
-    const uint64_t by_index = lists_->by_index()[i];
+    const uint64_t by_index = lists_->by_index(i);
     const uint32_t count =
         lists_->by_lane().counts[lane_of_[i]] + static_cast<uint32_t>(by_index >> 32);
     sums[i] += lists_->by_lane().sums[lane_of_[i]] + static_cast<uint32_t>(by_index);
@@ -116,47 +142,43 @@ void TrigramScorer::fold() {
     if (occurrences_[byte] != 0) fold_byte(byte, first, last);
     first = last;
   }
-  // None of these is pending any more.
-  nb_pending_ = 0;
-  forget_pending();
-}
-
-void TrigramScorer::forget_pending() {
-  for (size_t i = 0; i < nb_pending_; ++i) leaves_.leaf(pending_[i] >> 8).pending = 0;
-  nb_pending_ = 0;
+  numbered_.forget_pending();
   unfolded_ = 0;
-  std::fill(std::begin(occurrences_), std::end(occurrences_), 0);
-  // Trigrams without a leaf are never pending, for they always have been.
-  leaves_.leaf(0).pending = 1;
 }
 
 void TrigramScorer::sort_pending() {
   std::fill(std::begin(ends_), std::end(ends_), 0);
-  for (size_t i = 0; i < nb_pending_; ++i) ++ends_[pending_[i] & 0xFF];
+  std::fill(std::begin(occurrences_), std::end(occurrences_), 0);
+  for (const uint32_t number : numbered_.pending()) {
+    const unsigned char byte = numbered_.last_byte(number);
+    ++ends_[byte];
+    occurrences_[byte] += numbered_.nb_pending_of(number);
+  }
   uint32_t end = 0;
   for (uint32_t& e : ends_) {
     const uint32_t count = e;
     e = end;
     end += count;
   }
-  for (size_t i = 0; i < nb_pending_; ++i) sorted_[ends_[pending_[i] & 0xFF]++] = pending_[i];
+  for (const uint32_t number : numbered_.pending()) {
+    sorted_[ends_[numbered_.last_byte(number)]++] = number;
+  }
 }
 
-// Adds the unigrams of a byte, with which the leaves from `first` on end.
+// Adds the unigrams of a byte, with which the trigrams from `first` on end.
 void TrigramScorer::fold_byte(int byte, const uint32_t* first, const uint32_t* last) {
   CoverTimes* sets = sets_.get();
   Several* several = several_.get();
   for (; first != last; ++first) {
-    __builtin_prefetch(&leaves_.leaf(first[kPendingAhead] >> 8));
-    Leaf& leaf = leaves_.leaf(*first >> 8);
-    if (leaf.way() == LeafTable::kOneByOne) uncover_one_by_one(*first, leaf.pending);
+    const Leaf leaf = numbered_.leaf(*first);
+    const uint32_t times = numbered_.nb_pending_of(*first);
+    if (leaf.way() == LeafTable::kOneByOne) uncover_one_by_one(byte, leaf.place(), times);
     const uint32_t nb_sets = leaves_.nb_sets(leaf);
     // Written to both, of which only one keeps it, for a branch would often be guessed wrong.
-    *sets = {leaves_.cover(leaf), leaf.pending};
+    *sets = {leaves_.cover(leaf), times};
     sets += nb_sets == 1 ? 1 : 0;
-    *several = {nb_sets, leaves_.cover(leaf), leaf.pending};
+    *several = {nb_sets, leaves_.cover(leaf), times};
     several += nb_sets > 1 ? 1 : 0;
-    leaf.pending = 0;
   }
   for (const Several* s = several_.get(); s != several; ++s) {
     const uint16_t* const values = leaves_.all_values() + s->cover;
@@ -200,15 +222,14 @@ void TrigramScorer::add_unigrams(int byte, uint32_t count, const CoverTimes* fir
 }
 
 // Takes off what a leaf covers that is credited value by value, for it may cover a model twice.
-void TrigramScorer::uncover_one_by_one(uint32_t pending, uint32_t times) {
+void TrigramScorer::uncover_one_by_one(int byte, uint32_t leaf, uint32_t times) {
   constexpr size_t kMostValues = 127;
   constexpr uint32_t kMostTimes = kMostCovered / kMostValues;
-  const auto byte = static_cast<int>(pending & 0xFF);
   CoverTimes sets[kMostValues];
   for (uint32_t left = times; left != 0;) {
     const uint32_t now = std::min(left, kMostTimes);
     size_t nb_sets = 0;
-    for (const uint16_t value : leaves_.values(pending >> 8)) {
+    for (const uint16_t value : leaves_.values(leaf)) {
       sets[nb_sets++] = {LeafTable::set_of_value(value), now};
     }
     add_unigrams(byte, 0, sets, sets + nb_sets);

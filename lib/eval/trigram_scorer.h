@@ -19,7 +19,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "lib/eval/coverage.h"
@@ -27,8 +26,9 @@
 #include "lib/eval/lanes.h"
 #include "lib/eval/leaf_table.h"
 #include "lib/eval/lid_mg_ev_ulp_acs.h"
-#include "lib/eval/run_counter.h"
+#include "lib/eval/numbered_leaves.h"
 #include "lib/eval/trigram_index.h"
+#include "lib/eval/trigram_numbers.h"
 #include "lib/eval/unigram_rows.h"
 
 class CLidMGroup;
@@ -37,7 +37,7 @@ namespace orva {
 
 class TrigramScorer {
  public:
-  static constexpr size_t kMostFed = RunCounter::kMostCounted;
+  static constexpr size_t kMostFed = 10000;  // bytes in one run
 
   // False when the automaton must be walked. For the other arguments see UnigramRows.
   bool build(const CLidMGroup& group, const std::vector<int>& fact_of, const UlpEntry* const* first,
@@ -69,28 +69,29 @@ class TrigramScorer {
     uint32_t times;
   };
 
-  void credit(std::span<const CountedTrigram> trigrams);
+  bool learn(unsigned pair, const unsigned char* buf, const uint16_t* unknown, size_t nb_unknown,
+             uint16_t* numbers);
+  bool learn_some(const Trigram* trigrams, size_t n, uint16_t* numbers);
+  void forget_numbers();
+  void credit();
   void fold();
   void sort_pending();
   void fold_byte(int byte, const uint32_t* first, const uint32_t* last);
-  void forget_pending();
   void add_unigrams(int byte, uint32_t count, const CoverTimes* first, const CoverTimes* last);
-  void uncover_one_by_one(uint32_t pending, uint32_t times);
+  void uncover_one_by_one(int byte, uint32_t leaf, uint32_t times);
 
   LaneOrder lane_of_ = {};
   UnigramRows unigram_rows_;
   TrigramIndex index_;
   LeafTable leaves_;
-  RunCounter counter_;
+  TrigramNumbers numbers_;
+  NumberedLeaves numbered_;
   std::unique_ptr<CreditLists> lists_;
   AddCovered add_covered_ = cover_adders().back();
-  // Leaves with pending occurrences, each with the last byte of its trigrams in the low 8 bits.
-  std::vector<uint32_t> pending_;
-  size_t nb_pending_ = 0;
   size_t unfolded_ = 0;             // bytes fed since fold
-  uint32_t occurrences_[256] = {};  // of each byte since then
-  std::vector<uint32_t> sorted_;    // these by their bytes
+  std::vector<uint32_t> sorted_;    // what is pending, by last byte
   uint32_t ends_[256] = {};         // of those of each byte
+  uint32_t occurrences_[256] = {};  // of each byte
   // Those of one byte: what they cover, and which of them cover several sets.
   std::unique_ptr<CoverTimes[]> sets_;
   std::unique_ptr<Several[]> several_;

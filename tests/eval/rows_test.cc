@@ -40,14 +40,13 @@ std::vector<FullRow> random_rows(std::mt19937* random, size_t count) {
 bool operator==(const LaneSums& a, const LaneSums& b) { return memcmp(&a, &b, sizeof a) == 0; }
 
 // Adds lane by lane.
-void add_naively(const RowShape& shape, const FullRow* rows, const Times& added, LaneSums* sums) {
-  const LaneValue* const row = rows[added.place * kRowUnit / sizeof(FullRow)].lanes;
+void add_naively(const RowShape& shape, const LaneValue* row, uint32_t times, LaneSums* sums) {
   for (size_t b = 0; b < shape.nb_blocks; ++b) {
     for (size_t i = 0; i < kBlockLanes; ++i) {
       const LaneValue value = row[b * kBlockLanes + i];
       const size_t lane = shape.blocks[b] * kBlockLanes + i;
-      sums->counts[lane] += value.there != 0 ? added.times : 0;
-      sums->sums[lane] += value.cost * added.times;
+      sums->counts[lane] += value.there != 0 ? times : 0;
+      sums->sums[lane] += value.cost * times;
     }
   }
 }
@@ -57,16 +56,18 @@ TEST(RowAdder, AllAddAlikeForEveryShape) {
   const std::vector<FullRow> rows = random_rows(&random, 50);
   for (unsigned mask = 0; mask < 256; ++mask) {
     const RowShape shape(mask);
-    std::vector<Times> added;
+    std::vector<uint32_t> places;
+    std::vector<uint32_t> times;
     LaneSums expected;
     for (uint32_t i = 0; i < rows.size(); ++i) {
-      added.push_back({i * kUnitsOfRow, 1 + static_cast<uint32_t>(random()) % 81});
-      add_naively(shape, rows.data(), added.back(), &expected);
+      places.push_back(i * kUnitsOfRow);
+      times.push_back(1 + static_cast<uint32_t>(random()) % 81);
+      add_naively(shape, rows[i].lanes, times.back(), &expected);
     }
-    added.resize(rows.size() + kRowsAhead);
+    places.resize(rows.size() + kRowsAhead);
     for (const AddRows add : row_adders()) {
       LaneSums sums;
-      add(shape, rows[0].lanes, added.data(), rows.size(), &sums);
+      add(shape, rows[0].lanes, {places.data(), times.data(), rows.size()}, &sums);
       ASSERT_TRUE(sums == expected) << "mask " << mask;
     }
   }
@@ -76,10 +77,10 @@ TEST(RowAdder, ALaneCountsAsManyOfTheLargestAsIsPromised) {
   FullRow row;
   std::fill_n(row.lanes, kLanes, LaneValue{255, kThere});
   const RowShape shape(0xFF);
-  const Times added[1 + kRowsAhead] = {{0, kMostCounted}};
+  const uint32_t places[1 + kRowsAhead] = {};
   for (const AddRows add : row_adders()) {
     LaneSums sums;
-    add(shape, row.lanes, added, 1, &sums);
+    add(shape, row.lanes, {places, &kMostCounted, 1}, &sums);
     EXPECT_EQ(sums.counts[77], kMostCounted);
     EXPECT_EQ(sums.sums[77], 255 * kMostCounted);
   }
