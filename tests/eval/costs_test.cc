@@ -104,8 +104,34 @@ TEST(Costs, AreRoundedOnceFromExtendedPrecision) {
   }
 }
 
+// Numbers with few bits often lie half-way between two floats, and no step rounds them.
+TEST(Costs, OfFewBitsAreAddedAlike) {
+  std::mt19937 random(3);
+  const auto draw = [&](uint32_t below) { return static_cast<uint32_t>(random()) % below; };
+  for (int round = 0; round < 400; ++round) {
+    Numbers n = random_numbers(&random, false);
+    for (size_t m = 0; m < kNbModels; ++m) {
+      n.before[m] = static_cast<float>(draw(1U << 24));
+      n.grads[m] = static_cast<float>(1 + draw(3)) * 0x1p-2F;
+      n.lpmins[m] = static_cast<float>(draw(8)) * 0x1p-2F;
+    }
+    // Of some the least bit of all decides.
+    n.grads[round % kNbModels] += 0x1p-24F;
+    const CostTerms terms = n.terms(round % 2 == 0);
+    std::vector<float> expected(kNbModels);
+    cost_adders().front().add(terms, kNbModels, expected.data());
+    for (const CostAdders& adders : cost_adders()) {
+      std::vector<float> costs = n.before;
+      adders.add(
+          {costs.data(), terms.sums, terms.counts, terms.grads, terms.lpmins, terms.unexplained},
+          kNbModels, costs.data());
+      expect_same(costs, expected);
+    }
+  }
+}
+
 TEST(Costs, OfNoValuesAreWhatTheyWere) {
-  const size_t n = 8;
+  const size_t n = 11;
   const std::vector<float> before(n, 0x1.234567p3F);
   const std::vector<float> infinite(n, std::numeric_limits<float>::infinity());
   const std::vector<uint32_t> sums(n, 5);
