@@ -16,6 +16,17 @@ int wrapping_add(int a, int b) {
   return static_cast<int>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
 }
 
+// Starts sums anew and moves their counts to `totals`. Sums of no values are left for the next
+// time.
+void settle(uint32_t* __restrict__ sums, int* __restrict__ counts, int* __restrict__ totals,
+            size_t n) {
+  for (size_t m = 0; m < n; ++m) {
+    sums[m] = counts[m] == 0 ? sums[m] : 0;
+    totals[m] = wrapping_add(totals[m], counts[m]);
+    counts[m] = 0;
+  }
+}
+
 template <typename T>
 T* array_of(int n) {
   static_assert(sizeof(T) == 4);
@@ -62,6 +73,10 @@ CLidMGroupEval::CLidMGroupEval(CLidMGroup* group)
   for (int m = 0; m < nb_models_; ++m) {
     grads_[m] = group->models_part.models[m].grad;
     lpmins_[m] = group->models_part.models[m].lpmin;
+    const int fact = group->models_part.models[m].fact_no;
+    if (fact == -1) continue;
+    sharing_[nb_sharing_] = m;
+    fact_of_sharing_[nb_sharing_++] = fact;
   }
   memset(byte_counts_, 0, sizeof byte_counts_);
   if (seen_ != nullptr) memset(seen_, 0, kSeenSize);
@@ -232,12 +247,10 @@ void CLidMGroupEval::auto_nexts(const unsigned char* buf, int n) {
 void CLidMGroupEval::int2flt() {
   if (ready_ == 0 || !has_pending_) return;
   has_pending_ = false;
-  const CmgModel* models = group_->models_part.models;
-  for (int m = 0; m < nb_models_; ++m) {
-    const int fact = models[m].fact_no;
-    if (fact == -1) continue;
-    q_sum_[m] += q_sum_[fact];
-    q_count_[m] = wrapping_add(q_count_[m], q_count_[fact]);
+  for (int k = 0; k < nb_sharing_; ++k) {
+    const int m = sharing_[k];
+    q_sum_[m] += q_sum_[fact_of_sharing_[k]];
+    q_count_[m] = wrapping_add(q_count_[m], q_count_[fact_of_sharing_[k]]);
   }
   for (int f = nb_models_; f < nb_indices_; ++f) {
     q_sum_[f] = 0;
@@ -245,12 +258,7 @@ void CLidMGroupEval::int2flt() {
   }
   costs_.add({cost_, q_sum_, q_count_, grads_, lpmins_, nullptr}, static_cast<size_t>(nb_models_),
              cost_);
-  for (int m = 0; m < nb_models_; ++m) {
-    // Sums of no values are left for the next time.
-    q_sum_[m] = q_count_[m] == 0 ? q_sum_[m] : 0;
-    trigram_count_[m] = wrapping_add(trigram_count_[m], q_count_[m]);
-    q_count_[m] = 0;
-  }
+  settle(q_sum_, q_count_, trigram_count_, static_cast<size_t>(nb_models_));
 }
 
 void CLidMGroupEval::sum_unigrams() {

@@ -96,6 +96,10 @@ class CLidMGroupEval : public CLidMGEvUlpAcs {
   bool has_walked_ = false;   // since init
   bool scorer_tried_ = false;
   unsigned pair_ = 0;  // the last two bytes fed
+  // The models that share values, and the index of each one's fact set.
+  int sharing_[kMaxIndices];
+  int fact_of_sharing_[kMaxIndices];
+  int nb_sharing_ = 0;
   // Of the models' trigrams.
   float grads_[kMaxIndices];
   float lpmins_[kMaxIndices];
