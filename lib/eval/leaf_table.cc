@@ -12,6 +12,20 @@ namespace {
 
 constexpr unsigned kAllBlocks = (1U << kNbBlocks) - 1;
 constexpr uint8_t kUnknown = 255;  // in place of the number of a shape
+// Twice as many as the combinations of values that real groups have.
+constexpr unsigned kCombinedBits = 15;
+constexpr size_t kMostCombined = (size_t{1} << kCombinedBits) * 3 / 4;
+constexpr uint32_t kNoModels = kLanes;  // the place of the empty set
+
+// The indices of two to four different values; of fewer than four the first again and again.
+uint32_t indices_of(std::span<const uint16_t> values) {
+  uint32_t indices = 0;
+  for (size_t i = 0; i < LeafTable::kMostFew; ++i) {
+    const uint16_t value = values[i < values.size() ? i : 0];
+    indices |= static_cast<uint32_t>(value_index(value)) << 8 * i;
+  }
+  return indices;
+}
 
 }  // namespace
 
@@ -20,9 +34,9 @@ void LeafTable::build(const CLidMGroup& group, const std::vector<int>& fact_of,
   group_ = &group;
   all_values_ = group.lstates_vals;
   lane_of_ = lane_of;
-  room_ = kLanes + room;
+  room_ = kNoModels + 1 + room;
   units_ = std::make_unique_for_overwrite<Unit[]>(room_);
-  for (used_ = 0; used_ < kLanes; ++used_) units_[used_].models = ModelSet();
+  for (used_ = 0; used_ <= kNoModels; ++used_) units_[used_].models = ModelSet();
   for (size_t m = 0; m < fact_of.size(); ++m) {
     for (const size_t index : {m, static_cast<size_t>(fact_of[m])}) {
       units_[index].models.words[m / 64] |= uint64_t{1} << m % 64;
@@ -36,9 +50,8 @@ void LeafTable::build(const CLidMGroup& group, const std::vector<int>& fact_of,
   leaves_.reset(static_cast<Leaf*>(calloc(nb_leaves, sizeof(Leaf))));
   if (leaves_ == nullptr) throw std::bad_alloc();
   leaves_[0] = Leaf(kNone, 0);
-  for (uint8_t n = 1; n <= kMostFew; ++n) ways_[kFew + n].nb_sets = n;
-  ways_[kFew + 1].mask = 0xFF;
-  std::fill(ways_.begin() + kRows, ways_.end(), Way{~uint32_t{0}, 1, 1});
+  combined_.assign(size_t{1} << kCombinedBits, Combined());
+  nb_combined_ = 0;
 }
 
 std::span<const uint16_t> LeafTable::values(uint32_t id) const {
@@ -84,8 +97,8 @@ Leaf LeafTable::decide_one(uint32_t id, std::span<const uint16_t> values) {
   // How often a leaf covers a model is no matter of bits when it covers one twice.
   if (twice != 0) return Leaf(kOneByOne, id);
   if (count <= kMostFew) {
-    const bool can_be_read = first + kMostFew <= static_cast<size_t>(group_->lstates_vals_tsize);
-    return can_be_read ? Leaf(static_cast<uint8_t>(kFew + count), first) : Leaf(kOneByOne, id);
+    const bool has_set = combine(values, all);
+    return has_set ? Leaf(static_cast<uint8_t>(kFew + count), first) : Leaf(kOneByOne, id);
   }
   const uint8_t number = shape_of(mask);
   const RowShape& shape = shapes_[number];
@@ -98,6 +111,36 @@ Leaf LeafTable::decide_one(uint32_t id, std::span<const uint16_t> values) {
   const Leaf leaf(static_cast<uint8_t>(kRows + number), static_cast<uint32_t>(used_ + 1));
   used_ += nb_units;
   return leaf;
+}
+
+// Where the set of some indices is, or would be.
+size_t LeafTable::slot_of(uint32_t indices) const {
+  // The golden ratio as a fraction of 2^32 spreads indices that differ anywhere.
+  size_t slot = indices * 0x9E3779B1U >> (32 - kCombinedBits);
+  while (combined_[slot].indices != indices && combined_[slot].indices != 0) {
+    slot = (slot + 1) % combined_.size();
+  }
+  return slot;
+}
+
+// Makes the set of few values unless there is one. False without room for it.
+bool LeafTable::combine(std::span<const uint16_t> values, const ModelSet& models) {
+  const uint32_t indices = indices_of(values);
+  Combined& combined = combined_[slot_of(indices)];
+  if (combined.indices != 0) return true;
+  if (nb_combined_ == kMostCombined || used_ == room_) return false;
+  ++nb_combined_;
+  combined = {indices, static_cast<uint32_t>(used_)};
+  units_[used_++].models = models;
+  return true;
+}
+
+uint32_t LeafTable::set_of(Leaf leaf) const {
+  if (leaf.way() == kFew + 1) return set_of_value(static_cast<uint16_t>(leaf.place()));
+  if (leaf.way() >= kRows) return leaf.place() - 1;
+  if (leaf.way() == kOneByOne || leaf.way() == kNone) return kNoModels;
+  const std::span<const uint16_t> values(all_values_ + leaf.place(), leaf.way() - size_t{kFew});
+  return combined_[slot_of(indices_of(values))].set;
 }
 
 // False when there are two values for one index.

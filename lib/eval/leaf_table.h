@@ -79,13 +79,12 @@ class LeafTable {
 
   // The values of a leaf, as the group stores them.
   std::span<const uint16_t> values(uint32_t id) const;
-  // What a leaf covers: a set of models for each of its values, or one for all those of its row. Of
-  // one that covers several sets, cover() tells where its values are, and set_of_value each set.
-  // As many as kMostFew values can be read there. One to be taken value by value has none here.
-  uint32_t nb_sets(const Leaf& leaf) const { return ways_[leaf.way()].nb_sets; }
-  uint32_t cover(const Leaf& leaf) const {
-    const Way& way = ways_[leaf.way()];
-    return (leaf.place() - way.nb_before) & way.mask;
+  // The set of models that the values of a decided leaf cover, which is empty for one to be taken
+  // value by value, and that of one value.
+  uint32_t set_of(Leaf leaf) const;
+  // Fetches what set_of reads.
+  void prefetch(Leaf leaf) const {
+    if (has_several(leaf)) __builtin_prefetch(all_values_ + leaf.place());
   }
   static uint32_t set_of_value(uint16_t value) { return value & 0xFF; }
   const ModelSet* all_sets() const { return &units_[0].models; }
@@ -93,13 +92,22 @@ class LeafTable {
  private:
   union alignas(kRowUnit) Unit {
     Unit() {}
-    ModelSet models;  // of each index, and before each row those of its values
+    ModelSet models;  // of each index, none, of some indices, before each row of its values
     LaneValue lanes[kRowUnit / sizeof(LaneValue)];
   };
   static_assert(sizeof(Unit) == kRowUnit);
   static constexpr size_t kUnitsOfBlock = kBlockLanes * sizeof(LaneValue) / kRowUnit;
 
+  // The set of some values, by their indices, which many leaves have in common.
+  struct Combined {
+    uint32_t indices = 0;  // 0: none
+    uint32_t set = 0;
+  };
+
   Leaf decide_one(uint32_t id, std::span<const uint16_t> values);
+  static bool has_several(Leaf leaf) { return leaf.way() > kFew + 1 && leaf.way() < kNone; }
+  size_t slot_of(uint32_t indices) const;
+  bool combine(std::span<const uint16_t> values, const ModelSet& models);
   bool fill(std::span<const uint16_t> values, const RowShape& shape, LaneValue* row) const;
   uint8_t shape_of(unsigned mask);
 
@@ -115,12 +123,8 @@ class LeafTable {
   std::unique_ptr<Unit[]> units_;
   size_t room_ = 0;
   size_t used_ = 0;
-  struct Way {
-    uint32_t mask = ~uint32_t{0};
-    uint8_t nb_before = 0;
-    uint8_t nb_sets = 0;
-  };
-  std::array<Way, kNbWays> ways_;
+  std::vector<Combined> combined_;
+  size_t nb_combined_ = 0;
 };
 
 }  // namespace orva

@@ -3,11 +3,10 @@
 // Numbers are given out in blocks, each of leaves that are credited the same way.
 //
 //   orva::NumberedLeaves leaves;
-//   const uint16_t number = leaves.add(leaf, last_byte);  // kNone when none is left
-//   leaves.count(numbers, n);                             // any number of times
-//   leaves.take_run(&lists);                              // what came since then
-//   for (const uint16_t number : leaves.pending()) use(leaves.leaf(number), leaves.times(number));
-//   leaves.forget_pending();
+//   const uint16_t number = leaves.add(leaf, set, last_byte);  // kNone when none is left
+//   leaves.count(numbers, n);                                  // any number of times
+//   leaves.take_run(&lists);                                   // what came since then
+//   leaves.take_pending(&covers);                              // of all runs since then
 //
 // Life cycle: numbers stay until clear.
 // Ownership:  its tables, outside the accounted memory.
@@ -22,6 +21,7 @@
 
 #include "lib/eval/credit_lists.h"
 #include "lib/eval/leaf_table.h"
+#include "lib/eval/pending_covers.h"
 
 namespace orva {
 
@@ -33,8 +33,9 @@ class NumberedLeaves {
   NumberedLeaves();
   void use_plain_vectors();
 
-  // The number of a new trigram, which leads to a decided leaf; kNone when none is left.
-  uint16_t add(Leaf leaf, unsigned char last_byte);
+  // The number of a new trigram, which leads to a decided leaf that covers a set of models; kNone
+  // when none is left.
+  uint16_t add(Leaf leaf, uint32_t set, unsigned char last_byte);
   // That of all trigrams without a leaf that end with a byte.
   static uint16_t without_leaf(unsigned char last_byte) {
     return static_cast<uint16_t>(kInBlock + last_byte);
@@ -47,17 +48,8 @@ class NumberedLeaves {
   // Adds those counted to lists to be credited, and to the pending ones.
   void take_run(CreditLists* lists);
 
-  // The numbers of trigrams that are pending, and how often each is.
-  std::span<const uint32_t> pending() const { return {pending_.data(), nb_pending_}; }
-  uint32_t nb_pending_of(uint32_t number) const {
-    return blocks_[number / kInBlock].pending[number % kInBlock];
-  }
-  Leaf leaf(uint32_t number) const {
-    return Leaf(ways_[number / kInBlock], named(number) & kPlaceMask);
-  }
-  unsigned char last_byte(uint32_t number) const {
-    return static_cast<unsigned char>(named(number) >> kPlaceBits);
-  }
+  // Moves those pending to `covers`.
+  void take_pending(PendingCovers* covers);
   void forget_pending();
 
  private:
@@ -67,28 +59,54 @@ class NumberedLeaves {
   // The place of a leaf in the low bits, above it the last byte.
   static constexpr unsigned kPlaceBits = 24;
   static constexpr uint32_t kPlaceMask = (1U << kPlaceBits) - 1;
-  struct alignas(128) Block {
+  struct alignas(64) Block {
     uint32_t named[kInBlock] = {};
     uint32_t pending[kInBlock] = {};  // occurrences
+    uint32_t sets[kInBlock] = {};     // what leaves cover
   };
+  // Blocks, each once.
+  class BlockList {
+   public:
+    void add(size_t block) {
+      // So that no branch depends on whether it is there.
+      blocks_[count_] = static_cast<uint16_t>(block);
+      count_ += is_there_[block] ? 0 : 1;
+      is_there_[block] = true;
+    }
+    std::span<const uint16_t> blocks() const { return {blocks_.data(), count_}; }
+    void clear() {
+      for (const uint16_t block : blocks()) is_there_[block] = false;
+      count_ = 0;
+    }
+
+   private:
+    std::array<uint16_t, kNbBlocks + 1> blocks_;
+    std::array<bool, kNbBlocks> is_there_ = {};
+    size_t count_ = 0;
+  };
+
   // Stores those of the first `nb_blocks` blocks in which a number has come.
   using FindBlocks = size_t (*)(const uint16_t* times, size_t nb_blocks, uint16_t* blocks);
-  using TakeBlocks = void (*)(NumberedLeaves* leaves, const uint16_t* blocks, size_t n,
+  using TakeBlocks = void (*)(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
                               CreditLists* lists);
+  using MoveBlocks = void (*)(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
+                              PendingCovers* covers);
 
-  uint32_t named(uint32_t number) const {
-    return blocks_[number / kInBlock].named[number % kInBlock];
-  }
-  void name(uint32_t number, uint32_t place, unsigned char last_byte);
-  size_t find_touched(uint16_t* blocks);
+  void name(uint32_t number, uint32_t place, uint32_t set, unsigned char last_byte);
+  void take_blocks(std::span<const uint16_t> blocks, CreditLists* lists);
   void take_slowly(size_t block, CreditLists* lists);
-  void add_pending(size_t block, size_t lane);
+  void make_pending(size_t number);
+  void move_slowly(size_t block, PendingCovers* covers);
   static size_t find_blocks_plain(const uint16_t* times, size_t nb_blocks, uint16_t* blocks);
   static size_t find_blocks_avx512(const uint16_t* times, size_t nb_blocks, uint16_t* blocks);
-  static void take_blocks_plain(NumberedLeaves* leaves, const uint16_t* blocks, size_t n,
+  static void take_blocks_plain(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
                                 CreditLists* lists);
-  static void take_blocks_avx512(NumberedLeaves* leaves, const uint16_t* blocks, size_t n,
+  static void take_blocks_avx512(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
                                  CreditLists* lists);
+  static void move_blocks_plain(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
+                                PendingCovers* covers);
+  static void move_blocks_avx512(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
+                                 PendingCovers* covers);
 
   std::vector<uint16_t> times_;  // in this run, by number
   std::vector<Block> blocks_;
@@ -96,11 +114,11 @@ class NumberedLeaves {
   std::array<uint32_t, LeafTable::kNbWays> next_ = {};  // number of each way; 0: in a new block
   size_t nb_blocks_ = 0;
   size_t nb_counted_ = 0;
-  std::array<uint64_t, kNbBlocks / 64> touched_ = {};  // blocks of this run, if it is short
-  std::vector<uint32_t> pending_;
-  size_t nb_pending_ = 0;
+  BlockList touched_;  // in this run, if it is short
+  BlockList pending_;
   FindBlocks find_blocks_ = find_blocks_plain;
   TakeBlocks take_blocks_ = take_blocks_plain;
+  MoveBlocks move_blocks_ = move_blocks_plain;
 };
 
 }  // namespace orva

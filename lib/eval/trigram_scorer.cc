@@ -20,10 +20,7 @@ bool TrigramScorer::build(const CLidMGroup& group, const std::vector<int>& fact_
   lane_of_ = order_lanes(group);
   leaves_.build(group, fact_of, lane_of_);
   lists_ = std::make_unique<CreditLists>(&leaves_, row_adders().back());
-  constexpr size_t kMost = NumberedLeaves::kMostNumbers + 1;
-  sorted_.resize(kMost);
-  sets_ = std::make_unique_for_overwrite<CoverTimes[]>(kMost * LeafTable::kMostFew);
-  several_ = std::make_unique_for_overwrite<Several[]>(kMost);
+  static_assert(NumberedLeaves::kMostNumbers <= PendingCovers::kMost);
   return true;
 }
 
@@ -38,11 +35,13 @@ void TrigramScorer::use_plain_vectors() {
 void TrigramScorer::reset() {
   numbered_.forget_pending();
   unfolded_ = 0;
-  lists_->clear();
+  if (is_fed_) lists_->clear();
+  is_fed_ = false;
   unigram_rows_.clear();
 }
 
 void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
+  is_fed_ = true;
   uint16_t numbers[TrigramNumbers::kMostFound];
   uint16_t unknown[TrigramNumbers::kMostFound];
   for (size_t now = 0; n != 0; buf += now, n -= now) {
@@ -107,13 +106,15 @@ bool TrigramScorer::learn_some(const Trigram* trigrams, size_t n, uint16_t* numb
     nb_undecided += leaves_.leaf(ids[i]).way() == LeafTable::kNotYet ? 1 : 0;
   }
   leaves_.decide(undecided, nb_undecided);
+  for (size_t i = 0; i < n; ++i) leaves_.prefetch(leaves_.leaf(ids[i]));
   for (size_t i = 0; i < n; ++i) {
     // It may have come twice.
     numbers[i] = numbers_.find_one(trigrams[i]);
     if (numbers[i] != TrigramNumbers::kNone) continue;
     numbers[i] = ids[i] == TrigramIndex::kNone
                      ? NumberedLeaves::without_leaf(trigrams[i].last_byte())
-                     : numbered_.add(leaves_.leaf(ids[i]), trigrams[i].last_byte());
+                     : numbered_.add(leaves_.leaf(ids[i]), leaves_.set_of(leaves_.leaf(ids[i])),
+                                     trigrams[i].last_byte());
     if (numbers[i] == NumberedLeaves::kNone || !numbers_.set(trigrams[i], numbers[i])) return false;
   }
   return true;
@@ -130,66 +131,19 @@ uint32_t TrigramScorer::take_run(size_t n, uint32_t* sums, int* counts) {
     all += count;
   }
   lists_->clear();
+  is_fed_ = false;
   return all;
 }
 
 // Adds the unigrams of all that is pending.
 void TrigramScorer::fold() {
-  sort_pending();
-  const uint32_t* first = sorted_.data();
-  for (int byte = 0; byte < kNbBytes; ++byte) {
-    const uint32_t* const last = sorted_.data() + ends_[byte];
-    if (occurrences_[byte] != 0) fold_byte(byte, first, last);
-    first = last;
+  numbered_.take_pending(&covers_);
+  for (const ByteCover& b : covers_.sort()) {
+    add_unigrams(b.byte, b.count, b.sets.data(), b.sets.data() + b.sets.size());
   }
-  numbered_.forget_pending();
+  for (const PendingCovers::OneByOne& leaf : covers_.one_by_one()) uncover_one_by_one(leaf);
+  covers_.clear_one_by_one();
   unfolded_ = 0;
-}
-
-void TrigramScorer::sort_pending() {
-  std::fill(std::begin(ends_), std::end(ends_), 0);
-  std::fill(std::begin(occurrences_), std::end(occurrences_), 0);
-  for (const uint32_t number : numbered_.pending()) {
-    const unsigned char byte = numbered_.last_byte(number);
-    ++ends_[byte];
-    occurrences_[byte] += numbered_.nb_pending_of(number);
-  }
-  uint32_t end = 0;
-  for (uint32_t& e : ends_) {
-    const uint32_t count = e;
-    e = end;
-    end += count;
-  }
-  for (const uint32_t number : numbered_.pending()) {
-    sorted_[ends_[numbered_.last_byte(number)]++] = number;
-  }
-}
-
-// Adds the unigrams of a byte, with which the trigrams from `first` on end.
-void TrigramScorer::fold_byte(int byte, const uint32_t* first, const uint32_t* last) {
-  CoverTimes* sets = sets_.get();
-  Several* several = several_.get();
-  for (; first != last; ++first) {
-    const Leaf leaf = numbered_.leaf(*first);
-    const uint32_t times = numbered_.nb_pending_of(*first);
-    if (leaf.way() == LeafTable::kOneByOne) uncover_one_by_one(byte, leaf.place(), times);
-    const uint32_t nb_sets = leaves_.nb_sets(leaf);
-    // Written to both, of which only one keeps it, for a branch would often be guessed wrong.
-    *sets = {leaves_.cover(leaf), times};
-    sets += nb_sets == 1 ? 1 : 0;
-    *several = {nb_sets, leaves_.cover(leaf), times};
-    several += nb_sets > 1 ? 1 : 0;
-  }
-  for (const Several* s = several_.get(); s != several; ++s) {
-    const uint16_t* const values = leaves_.all_values() + s->cover;
-    // All of them, of which some stay.
-#pragma GCC unroll 4
-    for (size_t i = 0; i < LeafTable::kMostFew; ++i) {
-      sets[i] = {LeafTable::set_of_value(values[i]), s->times};
-    }
-    sets += s->nb_sets;
-  }
-  add_unigrams(byte, occurrences_[byte], sets_.get(), sets);
 }
 
 // Adds the cost of `count` occurrences of a byte, which are covered as often as is told from
@@ -222,17 +176,17 @@ void TrigramScorer::add_unigrams(int byte, uint32_t count, const CoverTimes* fir
 }
 
 // Takes off what a leaf covers that is credited value by value, for it may cover a model twice.
-void TrigramScorer::uncover_one_by_one(int byte, uint32_t leaf, uint32_t times) {
+void TrigramScorer::uncover_one_by_one(const PendingCovers::OneByOne& leaf) {
   constexpr size_t kMostValues = 127;
   constexpr uint32_t kMostTimes = kMostCovered / kMostValues;
   CoverTimes sets[kMostValues];
-  for (uint32_t left = times; left != 0;) {
+  for (uint32_t left = leaf.times; left != 0;) {
     const uint32_t now = std::min(left, kMostTimes);
     size_t nb_sets = 0;
-    for (const uint16_t value : leaves_.values(leaf)) {
+    for (const uint16_t value : leaves_.values(leaf.leaf)) {
       sets[nb_sets++] = {LeafTable::set_of_value(value), now};
     }
-    add_unigrams(byte, 0, sets, sets + nb_sets);
+    add_unigrams(leaf.byte, 0, sets, sets + nb_sets);
     left -= now;
   }
 }

@@ -27,6 +27,7 @@
 #include "lib/eval/leaf_table.h"
 #include "lib/eval/lid_mg_ev_ulp_acs.h"
 #include "lib/eval/numbered_leaves.h"
+#include "lib/eval/pending_covers.h"
 #include "lib/eval/trigram_index.h"
 #include "lib/eval/trigram_numbers.h"
 #include "lib/eval/unigram_rows.h"
@@ -62,23 +63,14 @@ class TrigramScorer {
   }
 
  private:
-  // A leaf that covers the sets of values at the place `cover`.
-  struct Several {
-    uint32_t nb_sets;
-    uint32_t cover;
-    uint32_t times;
-  };
-
   bool learn(unsigned pair, const unsigned char* buf, const uint16_t* unknown, size_t nb_unknown,
              uint16_t* numbers);
   bool learn_some(const Trigram* trigrams, size_t n, uint16_t* numbers);
   void forget_numbers();
   void credit();
   void fold();
-  void sort_pending();
-  void fold_byte(int byte, const uint32_t* first, const uint32_t* last);
   void add_unigrams(int byte, uint32_t count, const CoverTimes* first, const CoverTimes* last);
-  void uncover_one_by_one(int byte, uint32_t leaf, uint32_t times);
+  void uncover_one_by_one(const PendingCovers::OneByOne& leaf);
 
   LaneOrder lane_of_ = {};
   UnigramRows unigram_rows_;
@@ -88,13 +80,9 @@ class TrigramScorer {
   NumberedLeaves numbered_;
   std::unique_ptr<CreditLists> lists_;
   AddCovered add_covered_ = cover_adders().back();
-  size_t unfolded_ = 0;             // bytes fed since fold
-  std::vector<uint32_t> sorted_;    // what is pending, by last byte
-  uint32_t ends_[256] = {};         // of those of each byte
-  uint32_t occurrences_[256] = {};  // of each byte
-  // Those of one byte: what they cover, and which of them cover several sets.
-  std::unique_ptr<CoverTimes[]> sets_;
-  std::unique_ptr<Several[]> several_;
+  PendingCovers covers_;
+  size_t unfolded_ = 0;  // bytes fed since fold
+  bool is_fed_ = false;  // since take_run
 };
 
 }  // namespace orva

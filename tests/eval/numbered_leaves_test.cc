@@ -3,15 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <random>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "tests/eval/leaf_fixture.h"
 
 namespace orva {
 namespace {
+
+// How often each set, or leaf, is covered.
+using CoverCounts = std::map<uint32_t, uint32_t>;
 
 class NumberedLeavesOf : public Leaves {
  protected:
@@ -36,7 +41,7 @@ class NumberedLeavesOf : public Leaves {
     for (uint32_t id = 1; id <= static_cast<uint32_t>(group_.lstates_tsize); ++id) {
       leaves_.decide(&id, 1);
       const auto byte = static_cast<unsigned char>((*random)());
-      add(numbered_.add(leaves_.leaf(id), byte), id, byte);
+      add(numbered_.add(leaves_.leaf(id), leaves_.set_of(leaves_.leaf(id)), byte), id, byte);
     }
   }
 
@@ -72,27 +77,38 @@ class NumberedLeavesOf : public Leaves {
     return sums;
   }
 
-  void expect_pending() const {
-    std::set<uint32_t> pending;
-    for (const uint32_t number : numbered_.pending()) {
-      EXPECT_TRUE(pending.insert(number).second) << number << " twice";
-      const Known& known = known_.at(static_cast<uint16_t>(number));
-      EXPECT_EQ(numbered_.nb_pending_of(number), known.pending);
-      EXPECT_EQ(numbered_.last_byte(number), known.last_byte);
-      EXPECT_EQ(numbered_.leaf(number).way(), leaves_.leaf(known.id).way());
-      EXPECT_EQ(numbered_.leaf(number).place(), leaves_.leaf(known.id).place());
+  // Takes what is pending, and compares it by last byte.
+  void expect_pending() {
+    numbered_.take_pending(&covers_);
+    std::array<uint32_t, 256> expected_counts = {};
+    std::array<CoverCounts, 256> expected = {};
+    CoverCounts expected_one_by_one;
+    for (auto& [number, known] : known_) {
+      const uint32_t times = std::exchange(known.pending, 0);
+      expected_counts[known.last_byte] += times;
+      const uint8_t way = leaves_.leaf(known.id).way();
+      if (times == 0 || way == LeafTable::kNone) continue;
+      CoverCounts& counts =
+          way == LeafTable::kOneByOne ? expected_one_by_one : expected[known.last_byte];
+      const uint32_t set = leaves_.set_of(leaves_.leaf(known.id));
+      counts[way == LeafTable::kOneByOne ? known.id : set] += times;
     }
-    for (const auto& [number, known] : known_) {
-      EXPECT_EQ(pending.count(number), known.pending != 0 ? 1U : 0U);
+    std::array<uint32_t, 256> counts = {};
+    std::array<CoverCounts, 256> covered = {};
+    for (const ByteCover& b : covers_.sort()) {
+      counts[b.byte] = b.count;
+      for (const CoverTimes& c : b.sets) covered[b.byte][c.set] += c.times;
     }
-  }
-
-  void forget_pending() {
-    numbered_.forget_pending();
-    for (auto& [number, known] : known_) known.pending = 0;
+    EXPECT_EQ(counts, expected_counts);
+    EXPECT_EQ(covered, expected);
+    CoverCounts one_by_one;
+    for (const PendingCovers::OneByOne& o : covers_.one_by_one()) one_by_one[o.leaf] += o.times;
+    EXPECT_EQ(one_by_one, expected_one_by_one);
+    covers_.clear_one_by_one();
   }
 
   NumberedLeaves numbered_;
+  PendingCovers covers_;
   std::map<uint16_t, Known> known_;
   std::vector<uint16_t> numbers_;
 };
@@ -109,15 +125,19 @@ TEST_F(NumberedLeavesOf, RunsAreCreditedAndPendingAsOftenAsTheyCame) {
   for (const bool plain : {false, true}) {
     if (plain) numbered_.use_plain_vectors();
     for (const size_t length : {0, 1, 16, 700, 1500, 1501, 10000}) {
-      // What is pending stays so until it is forgotten.
+      // What is pending stays so until it is taken or forgotten.
       for (int runs = 0; runs < 2; ++runs) {
         const std::vector<uint16_t> run = random_run(&random, length);
         count(run);
         numbered_.take_run(lists_.get());
         ASSERT_EQ(credited_by(lists_.get(), lane_of_), credited_naively_by(run)) << length;
-        expect_pending();
       }
-      forget_pending();
+      expect_pending();
+      count(random_run(&random, length));
+      numbered_.take_run(lists_.get());
+      credited_by(lists_.get(), lane_of_);
+      numbered_.forget_pending();
+      for (auto& [number, known] : known_) known.pending = 0;
       expect_pending();
     }
   }
@@ -129,11 +149,11 @@ TEST(NumberedLeaves, AreGivenOutAsLongAsThereAreAny) {
     std::set<uint16_t> given;
     // Of some ways a block each, of one all others.
     for (int way = LeafTable::kOneByOne; way < LeafTable::kRows + 5; ++way) {
-      given.insert(numbered.add(Leaf(static_cast<uint8_t>(way), 1), 'x'));
+      given.insert(numbered.add(Leaf(static_cast<uint8_t>(way), 1), 1, 'x'));
     }
     size_t nb_given = given.size();
     for (uint16_t number = 1; number != NumberedLeaves::kNone; ++nb_given) {
-      number = numbered.add(Leaf(LeafTable::kRows, 5), 'y');
+      number = numbered.add(Leaf(LeafTable::kRows, 5), 1, 'y');
       EXPECT_TRUE(given.insert(number).second) << number;
     }
     EXPECT_GT(nb_given, NumberedLeaves::kMostNumbers - 1000);
