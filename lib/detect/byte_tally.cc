@@ -3,6 +3,7 @@
 #include <immintrin.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "lib/detect/byte_blocks.h"
@@ -43,20 +44,26 @@ struct KindLanes {
   }
 };
 
-bool holds_block(const ByteSet& set, const char* block) {
+// A bit for each byte of a block that is not in the set.
+uint64_t fresh_in(const ByteSet& set, const char* block) {
   const uint8_t* in = set.table();
-  unsigned all = 1;
+  uint64_t fresh = 0;
   for (size_t i = 0; i < ByteTally::kBlock; i += 8) {
     const uint64_t word = word_at({block, ByteTally::kBlock}, i);
-    for (unsigned k = 0; k < 8; ++k) all &= in[word >> 8 * k & 0xFF];
+    for (unsigned k = 0; k < 8; ++k) {
+      fresh |= uint64_t{in[word >> 8 * k & 0xFF] ^ 1U} << (i + k);
+    }
   }
-  return all != 0;
+  return fresh;
 }
 
-size_t count_plain(const char* blocks, size_t nb_blocks, const ByteSet& known, ByteKinds* kinds) {
+size_t count_plain(const char* blocks, size_t nb_blocks, const ByteSet& known, ByteKinds* kinds,
+                   uint64_t* fresh) {
   KindLanes<Bytes16> lanes;
   size_t i = 0;
-  for (; i < nb_blocks && holds_block(known, blocks + i * ByteTally::kBlock); ++i) {
+  for (; i < nb_blocks; ++i) {
+    *fresh = fresh_in(known, blocks + i * ByteTally::kBlock);
+    if (*fresh != 0) break;
     lanes.add_block(blocks + i * ByteTally::kBlock);
   }
   lanes.add_to(kinds);
@@ -72,7 +79,8 @@ __attribute__((target("avx2"))) inline __m256i twice(const uint8_t* row) {
 // With an instruction that looks each of 32 bytes up in one of 16 entries by its lower half; what
 // is above 0x7F it finds to be 0.
 __attribute__((target("avx2"))) size_t count_avx2(const char* blocks, size_t nb_blocks,
-                                                  const ByteSet& known, ByteKinds* kinds) {
+                                                  const ByteSet& known, ByteKinds* kinds,
+                                                  uint64_t* fresh) {
   const uint8_t kUpperHalves[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
   const __m256i low_rows = twice(known.low_rows());
   const __m256i high_rows = twice(known.high_rows());
@@ -81,8 +89,8 @@ __attribute__((target("avx2"))) size_t count_avx2(const char* blocks, size_t nb_
   size_t i = 0;
   for (; i < nb_blocks; ++i) {
     const char* block = blocks + i * ByteTally::kBlock;
-    __m256i held = _mm256_set1_epi8(-1);
-    for (size_t at = 0; at < ByteTally::kBlock; at += sizeof held) {
+    uint64_t lacked = 0;
+    for (size_t at = 0; at < ByteTally::kBlock; at += sizeof(__m256i)) {
       __m256i b;
       memcpy(&b, block + at, sizeof b);
       const __m256i low = _mm256_shuffle_epi8(low_rows, b);
@@ -90,9 +98,12 @@ __attribute__((target("avx2"))) size_t count_avx2(const char* blocks, size_t nb_
           _mm256_shuffle_epi8(high_rows, _mm256_xor_si256(b, _mm256_set1_epi8(-128)));
       const __m256i upper = _mm256_and_si256(_mm256_srli_epi16(b, 4), _mm256_set1_epi8(15));
       const __m256i bit = _mm256_shuffle_epi8(upper_halves, upper);
-      held = _mm256_min_epu8(held, _mm256_and_si256(_mm256_or_si256(low, high), bit));
+      const __m256i held = _mm256_and_si256(_mm256_or_si256(low, high), bit);
+      const __m256i lacking = _mm256_cmpeq_epi8(held, _mm256_setzero_si256());
+      lacked |= uint64_t{static_cast<uint32_t>(_mm256_movemask_epi8(lacking))} << at;
     }
-    if (_mm256_movemask_epi8(_mm256_cmpeq_epi8(held, _mm256_setzero_si256())) != 0) break;
+    *fresh = lacked;
+    if (lacked != 0) break;
     lanes.add_block(block);
   }
   lanes.add_to(kinds);
@@ -115,18 +126,18 @@ ByteTally::Counter ByteTally::best_counter() {
 }
 
 void ByteTally::note_each(std::string_view bytes) {
-  for (const char c : bytes) {
-    const auto b = static_cast<unsigned char>(c);
-    if (!set_.holds(b)) set_.add(b);
-  }
+  for (const char c : bytes) note(static_cast<unsigned char>(c));
 }
 
 void ByteTally::feed(std::string_view bytes) {
   while (bytes.size() >= kBlock) {
     const size_t nb_blocks = std::min(bytes.size() / kBlock, kMostBlocks);
-    const size_t counted = counter_(bytes.data(), nb_blocks, set_, &kinds_);
+    uint64_t fresh = 0;
+    const size_t counted = counter_(bytes.data(), nb_blocks, set_, &kinds_, &fresh);
     bytes.remove_prefix(counted * kBlock);
-    if (counted != nb_blocks) note_each(bytes.substr(0, kBlock));
+    for (; fresh != 0; fresh &= fresh - 1) {
+      note(static_cast<unsigned char>(bytes[static_cast<size_t>(std::countr_zero(fresh))]));
+    }
   }
   note_each(bytes);
   // What fills the last block up is of no kind.

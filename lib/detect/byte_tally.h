@@ -56,10 +56,10 @@ class ByteTally {
   static constexpr size_t kMostBlocks = 48;
 
   // What a run of blocks adds: their bytes' kinds, up to the first block with a byte that `known`
-  // lacks, which is not counted; returns how many were.
-  // REQUIRES: nb_blocks <= kMostBlocks.
+  // lacks, which is not counted, and whose bytes that it lacks get a bit in `fresh`; returns how
+  // many were. REQUIRES: nb_blocks <= kMostBlocks.
   using Counter = size_t (*)(const char* blocks, size_t nb_blocks, const ByteSet& known,
-                             ByteKinds* kinds);
+                             ByteKinds* kinds, uint64_t* fresh);
 
   explicit ByteTally(Counter counter = best_counter()) : counter_(counter) {}
   static Counter plain_counter();
@@ -76,6 +76,9 @@ class ByteTally {
 
  private:
   void note_each(std::string_view bytes);
+  void note(unsigned char b) {
+    if (!set_.holds(b)) set_.add(b);
+  }
 
   Counter counter_;
   ByteSet set_;
