@@ -111,6 +111,17 @@ uint32_t traits_of(const ByteRole& role) {
   return traits;
 }
 
+uint8_t place_of(uint32_t traits) {
+  unsigned place = 0;
+  if ((traits & kDigitTrait) != 0) place = kDigitKind;
+  if ((traits & kSmallTrait) != 0) place = kSmallKind;
+  if ((traits & kCapitalTrait) != 0) place = kCapitalKind;
+  if ((traits & kOutsideTrait) != 0) place |= kOutsideKind;
+  if ((traits & kForeignTrait) != 0) place |= kForeignKind;
+  if ((traits & kPlacedTrait) != 0) place |= kPlacedPlace;
+  return static_cast<uint8_t>(place);
+}
+
 }  // namespace
 
 Alphabet::Alphabet(const uint16_t* table, bool mainframe) {
@@ -121,7 +132,10 @@ Alphabet::Alphabet(const uint16_t* table, bool mainframe) {
     roles_[b].outside_ascii = table[b] >= 0x80;
     roles_[b].scripts = scripts_of_letter(table[b]);
   }
-  for (int b = 0; b < 256; ++b) traits_[b] = traits_of(roles_[b]);
+  for (int b = 0; b < 256; ++b) {
+    traits_[b] = traits_of(roles_[b]);
+    places_[b] = place_of(traits_[b]);
+  }
 }
 
 const Alphabet& alphabet_of(int charset) {

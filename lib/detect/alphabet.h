@@ -50,6 +50,20 @@ enum ByteTraits : uint32_t {
   kDigitTrait = 1U << 22,
 };
 
+// The same for what is told by three bytes that follow each other: four bits, of which two are the
+// case, and whether the byte has a cost itself.
+enum BytePlace : uint8_t {
+  kDigitKind = 1,
+  kSmallKind = 2,
+  kCapitalKind = 3,
+  kCaseKind = 3,
+  kOutsideKind = 4,
+  kForeignKind = 8,
+  kPlaceKinds = 15,
+  kPlacedPlace = 16,
+};
+inline constexpr unsigned kPlaceBits = 4;
+
 class Alphabet {
  public:
   // Of the charset that `table` decodes. Those of mainframes differ in ASCII signs, too, which are
@@ -58,10 +72,12 @@ class Alphabet {
 
   const ByteRole& operator[](int byte) const { return roles_[byte]; }
   uint32_t traits(int byte) const { return traits_[byte]; }
+  unsigned place(unsigned char byte) const { return places_[byte]; }
 
  private:
   ByteRole roles_[256];
   uint32_t traits_[256];
+  uint8_t places_[256];
 };
 
 // REQUIRES: `charset` is the index of a single-byte one.

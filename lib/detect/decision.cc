@@ -138,6 +138,7 @@ void Decider::settle(const Task& task, int charset, std::string_view text, Groun
   Reading reading;
   reading.charsets.push_back(charset);
   reading.costs = pricing_.price_utf8(text, task.restrictions.languages);
+  weigh_languages(task);
   Candidate candidate = best_of(task, reading, &decision->grounds);
   decision->grounds.ground = ground;
   decision->grounds.misfit = 0;
@@ -226,29 +227,34 @@ int Decider::name_for(const Reading& reading, int language, const Task& task) co
   return best;
 }
 
-Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* grounds) const {
+// What languages cost before a letter is read, kNoCost for those that are not allowed.
+void Decider::weigh_languages(const Task& task) {
+  const double scale = temperature(static_cast<double>(task.sample.size()));
+  language_priors_.resize(tables_.languages().size());
+  for (size_t l = 0; l < language_priors_.size(); ++l) {
+    const bool allowed = task.restrictions.allows_language(l);
+    language_priors_[l] = allowed ? scale * priors_.language(l) : kNoCost;
+  }
+}
+
+// REQUIRES: languages were weighed.
+Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* grounds) {
   *grounds = Grounds{};
   grounds->length = static_cast<double>(task.sample.size());
   grounds->high = static_cast<double>(task.high);
   Candidate best;
-  best.cost = kNoCost;
-  const double scale = temperature(static_cast<double>(task.sample.size()));
-  double least = kNoCost;
-  double next = kNoCost;
-  for (size_t l = 0; l < reading.costs.size(); ++l) {
-    double cost = reading.costs[l];
-    if (cost == kNoCost || !task.restrictions.allows_language(l)) continue;
-    best.cost = std::min(best.cost, cost);
-    if (reading.language_extra != nullptr) cost += (*reading.language_extra)[l];
-    cost += scale * priors_.language(l);
-    next = std::min(next, std::max(cost, least));
-    if (cost >= least) continue;
-    least = cost;
-    best.language = static_cast<int>(l);
+  best.cost = least_of(reading.costs.data(), reading.costs.size());
+  if (best.cost == kNoCost) return best;
+  compared_ = reading.costs;
+  if (reading.language_extra != nullptr) {
+    add_to(compared_.data(), reading.language_extra->data(), compared_.size());
   }
-  if (best.language < 0) return best;
+  add_to(compared_.data(), language_priors_.data(), compared_.size());
+  const TwoLeast two = two_least(compared_.data(), compared_.size());
+  if (two.least == kNoCost) return best;
+  best.language = static_cast<int>(place_of(two.least, compared_.data(), compared_.size()));
   best.charset = name_for(reading, best.language, task);
-  grounds->language_margin = std::min(next - least, kMostMargin);
+  grounds->language_margin = std::min(two.next - two.least, kMostMargin);
   const double bytes = static_cast<double>(std::max<size_t>(pricing_.priced(), 1));
   grounds->misfit = std::max(best.cost / bytes - kGoodFit, 0.0);
   best.cost += priors_.pair(best.charset, best.language) * prior_weight(task.high);
@@ -264,9 +270,11 @@ void Decider::decide_by_cost(const Task& task, Decision* decision) {
     reading.prior = prior_cost(reading.charsets.front()) * weight;
   }
   pricing_.price(task.sample, task.restrictions.languages, &readings_);
+  weigh_languages(task);
   std::vector<std::pair<Candidate, Grounds>> ranked;
   ranked.reserve(readings_.size());
   for (const Reading& reading : readings_) {
+    if (reading.least == kNoCost) continue;
     Grounds grounds;
     const Candidate candidate = best_of(task, reading, &grounds);
     grounds.ground = ground_of(reading);

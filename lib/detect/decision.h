@@ -71,13 +71,16 @@ class Decider {
   void settle(const Task& task, int charset, std::string_view text, Ground ground,
               Decision* decision);
   // The best language of a reading; `*grounds` receives all but the margin.
-  Candidate best_of(const Task& task, const Reading& reading, Grounds* grounds) const;
+  Candidate best_of(const Task& task, const Reading& reading, Grounds* grounds);
+  void weigh_languages(const Task& task);
   int name_for(const Reading& reading, int language, const Task& task) const;
 
   const ModelTables& tables_;
   const PriorTables priors_;
   Pricing pricing_;
   Pool<Reading> readings_;
+  std::vector<double> language_priors_;  // of the document
+  std::vector<double> compared_;         // costs of a reading, by language
 };
 
 }  // namespace orva

@@ -1,6 +1,8 @@
 #include "lib/detect/evidence.h"
 
 #include <algorithm>
+#include <bit>
+#include <cassert>
 #include <cstring>
 
 #include "lib/detect/byte_blocks.h"
@@ -84,6 +86,29 @@ const ForeignBytes& foreign_to(int charset) {
     return made;
   }();
   return all[static_cast<size_t>(charset)];
+}
+
+// The charsets that a byte is foreign to, as a character and as a control.
+struct ForeignCharsets {
+  CharsetSet always;
+  CharsetSet with_controls;  // both
+};
+
+const ForeignCharsets& foreign_for(unsigned byte) {
+  static const std::vector<ForeignCharsets> all = [] {
+    assert(kCharsetCount <= CharsetSet::kMost);
+    std::vector<ForeignCharsets> made(256);
+    for (unsigned b = 0; b < 256; ++b) {
+      const auto has = [b](const uint64_t* words) { return (words[b / 64] >> b % 64 & 1) != 0; };
+      for (int c = 0; c < kCharsetCount; ++c) {
+        const ForeignBytes& foreign = foreign_to(c);
+        if (has(foreign.always)) made[b].always.add(c);
+        if (has(foreign.always) || has(foreign.controls)) made[b].with_controls.add(c);
+      }
+    }
+    return made;
+  }();
+  return all[byte];
 }
 
 std::vector<UnicodeCheck> unicode_checks() {
@@ -178,6 +203,23 @@ bool Evidence::table_decodes(int charset, bool with_controls) const {
     if (!with_controls) found |= tally_.present(w) & foreign.controls[w];
   }
   return found == 0;
+}
+
+CharsetSet Evidence::undecodable(bool with_controls) const {
+  CharsetSet found;
+  for (unsigned w = 0; w < 4; ++w) {
+    for (uint64_t bits = present(w); bits != 0; bits &= bits - 1) {
+      const unsigned byte = 64 * w + static_cast<unsigned>(std::countr_zero(bits));
+      const ForeignCharsets& foreign = foreign_for(byte);
+      found.add(with_controls ? foreign.always : foreign.with_controls);
+    }
+  }
+  return found;
+}
+
+const UnicodeCheck* Evidence::unicode(int charset) const {
+  const Check& check = check_of(charset);
+  return check.kind == Check::kUnicode ? &unicode_[check.at] : nullptr;
 }
 
 bool Evidence::part_decodes(int charset) const {

@@ -23,6 +23,25 @@
 
 namespace orva {
 
+// A bit for each charset of the table.
+class CharsetSet {
+ public:
+  // More charsets than that have no bit.
+  static constexpr int kMost = 128;
+
+  bool holds(int charset) const { return (words_[at(charset)] >> charset % 64 & 1) != 0; }
+  void add(int charset) { words_[at(charset)] |= uint64_t{1} << charset % 64; }
+  void add(const CharsetSet& others) {
+    for (size_t w = 0; w < kWords; ++w) words_[w] |= others.words_[w];
+  }
+
+ private:
+  static constexpr size_t kWords = kMost / 64;
+  static size_t at(int charset) { return static_cast<size_t>(charset) / 64; }
+
+  uint64_t words_[kWords] = {};
+};
+
 class Evidence {
  public:
   Evidence();
@@ -49,10 +68,16 @@ class Evidence {
   }
   const EscapeCheck& escapes() const { return escapes_; }
   const std::vector<UnicodeCheck>& unicode() const { return unicode_; }
+  // The check for a charset; null when it is another one's.
+  const UnicodeCheck* unicode(int charset) const;
 
   // Whether `charset` can decode every byte that was fed. Bytes that it leaves open do not, and
   // neither do private characters and controls between 0x80 and 0x9F unless `with_controls`.
   bool decodes(int charset, bool with_controls) const;
+  // The single-byte charsets that cannot.
+  CharsetSet undecodable(bool with_controls) const;
+  // Bits of the bytes that occur, from byte 64 * word on.
+  uint64_t present(size_t word) const { return tally_.present(word); }
 
  private:
   bool part_decodes(int charset) const;

@@ -133,23 +133,25 @@ std::string_view with_few_high(std::string_view sample, size_t most_high) {
   return sample;
 }
 
-std::vector<std::string> high_segments(std::string_view text) {
-  std::vector<std::string> segments;
+void find_high_segments(std::string_view framed, std::vector<std::string_view>* segments) {
+  const std::string_view text = framed.substr(kFront.size());
+  segments->clear();
   size_t end = 0;  // of the segment under way
   for (size_t i = skip_ascii(text, 0); i < text.size(); i = skip_ascii(text, i)) {
     size_t missing = kContext;
     const size_t begin = context_before(text, i, &missing);
-    if (segments.empty() || begin >= end) {
-      // The first byte of a text is scored too, as if it stood at a line's beginning.
-      segments.emplace_back(missing, '\n');
-      end = begin;
-    }
     i = skip_high(text, i);
     const size_t next = context_behind(text, i);
-    segments.back().append(text.data() + end, next - end);
+    if (segments->empty() || begin >= end) {
+      // The first byte of a text is scored too, as if it stood at a line's beginning.
+      const size_t from = kFront.size() + begin - missing;
+      segments->push_back(framed.substr(from, kFront.size() + next - from));
+    } else {
+      std::string_view& last = segments->back();
+      last = {last.data(), last.size() + next - end};
+    }
     end = next;
   }
-  return segments;
 }
 
 }  // namespace orva

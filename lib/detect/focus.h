@@ -22,10 +22,11 @@ std::string_view with_few_high(std::string_view sample, size_t most_high);
 // Where the two bytes that models see before text[at] begin: digits are not seen.
 size_t context_before(std::string_view text, size_t at);
 
-// The stretches of `text` whose trigrams hold a byte above 0x7F, each with two bytes of context in
-// front and behind, as far as the text goes. A text that begins with such a byte gets a line end in
-// front of it.
-std::vector<std::string> high_segments(std::string_view text);
+// The stretches of a text whose trigrams hold a byte above 0x7F, each with two bytes of context in
+// front and behind, as far as the text goes. The first byte of a text has line ends in front of it.
+// REQUIRES: `framed` is kFront and the text.
+inline constexpr std::string_view kFront = "\n\n";
+void find_high_segments(std::string_view framed, std::vector<std::string_view>* segments);
 
 }  // namespace orva
 

@@ -23,6 +23,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/cost_rows.h"
 #include "lib/detect/known_trigrams.h"
 #include "lib/detect/model_tables.h"
 #include "lib/detect/trigram_place.h"
@@ -52,30 +53,17 @@ class HomeModels {
     return rows_[byte * width_ + model] * unit_;
   }
 
-  // What a trigram costs one of the models.
-  struct Entry {
-    uint16_t column;
-    uint16_t cost;
-  };
-  // What is to be put right in the sum of rows: a trigram that few models know has the row of its
-  // last byte, but for their columns.
-  struct Fix {
-    const uint16_t* row;
-    const Entry* begin;
-    const Entry* end;
-  };
-
-  // Finds the rows, of width() costs in units, of `count` trigrams that begin at bytes[0], bytes[1]
-  // and so on, and what they lack; returns how many fixes. REQUIRES: count <= kTrigramsAtOnce, and
-  // as much room.
-  size_t find_rows(const unsigned char* bytes, size_t count, const uint16_t** rows,
-                   Fix* fixes) const;
+  // Adds what `count` trigrams cost that begin at bytes[0], bytes[1] and so on to `sums`, width()
+  // of them, in units. REQUIRES: bytes are folded, and the sums do not grow beyond 32 bits.
+  void add_costs(const unsigned char* bytes, size_t count, uint32_t* sums) const;
 
  private:
   void add_byte_rows(const ModelTables& tables, const std::vector<int>& models);
   uint16_t units(double nats) const;
   void end_trigram();
   bool suits_row() const;
+  void add_ascii(const unsigned char* bytes, size_t count, uint32_t* sums) const;
+  CostRows cost_rows() const;
 
   size_t nb_models_;
   size_t width_;
@@ -84,18 +72,12 @@ class HomeModels {
   Folding folding_;
   std::vector<uint16_t> rows_;        // of the 256 bytes, then of trigrams
   std::vector<TrigramPlace> places_;  // by trigram; empty if each has a row
-  std::vector<Entry> entries_;        // of trigrams without one
+  std::vector<CostEntry> entries_;    // of trigrams without one
   std::vector<uint32_t> trigrams_;    // empty when finished
-  std::vector<Entry> now_;            // of the last one, until it is complete
+  std::vector<CostEntry> now_;        // of the last one, until it is complete
   std::vector<uint16_t> units_;       // of trigram costs, by column and quantised cost
   KnownTrigrams index_;
 };
-
-// Adds `count` rows to `sums`, which are `width` like each row.
-using RowAdder = void (*)(const uint16_t* const* rows, size_t count, uint32_t* sums, size_t width);
-RowAdder plain_row_adder();
-// The fastest for this machine.
-RowAdder best_row_adder();
 
 // The cost of a text, added up.
 class CostSums {
@@ -106,8 +88,6 @@ class CostSums {
   // Begins again, with other models.
   void start(const HomeModels& models);
 
-  // What another has added up of the same models. REQUIRES: of a text shorter than 65000 bytes.
-  void add(const CostSums& other);
   // The trigrams of `text` that end at `from` or behind it. The text is normalised as the group
   // asks: runs cut, capitals folded, digits and blanks removed.
   void add(std::string_view text, size_t from);
@@ -121,7 +101,6 @@ class CostSums {
   // So many rows cannot overflow 32 bits.
   static constexpr uint32_t kFoldAfter = 65536 - 64;
 
-  void add_rows(const uint16_t* const* rows, size_t count);
   void fold();
 
   const HomeModels* models_ = nullptr;

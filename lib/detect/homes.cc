@@ -108,7 +108,7 @@ const ListedModels& Homes::pairs() const { return listed(false, pairs_); }
 
 std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
   auto made = std::make_unique<SingleByte>(
-      SingleByte{{}, HomeModels(tables_, models_, HomeModels::kAsciiOnly), {}});
+      SingleByte{{}, HomeModels(tables_, models_, HomeModels::kAsciiOnly), {}, 0, {}});
   std::vector<int> charsets;  // each once
   for (const int m : models_) {
     const int charset = tables_.model(m).charset;
@@ -129,8 +129,12 @@ std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
       own.push_back(languages_[i]);
       own_models.push_back(models_[i]);
     }
-    made->homes.push_back({charset, std::move(own), HomeAlphabet(single_byte_table(charset)),
-                           HomeModels(tables_, own_models, HomeModels::kAnyBytes)});
+    const HomeAlphabet alphabet(single_byte_table(charset));
+    HomeModels models(tables_, own_models, HomeModels::kAnyBytes);
+    const size_t width = models.width();
+    made->homes.push_back({charset, std::move(own), alphabet, HomeForms(alphabet, models.folding()),
+                           std::move(models), made->nb_columns});
+    made->nb_columns += width;
   }
   for_each_value(tables_, marks_of(tables_, models_), [&](uint32_t trigram, size_t index, int q) {
     const Column& column = columns[index];
@@ -140,7 +144,22 @@ std::unique_ptr<const Homes::SingleByte> Homes::make_single_byte() const {
   for (Home& home : made->homes) home.models.finish();
   made->ascii.finish();
   made->letters = LetterCosts(tables_, made->homes);
+  find_missing(made.get());
   return made;
+}
+
+void Homes::find_missing(SingleByte* made) {
+  for (int c = 0; c < kCharsetCount; ++c) {
+    for (const Home& home : made->homes) {
+      HighBytes& missing = made->missing.emplace_back();
+      if (single_byte_table(c) == nullptr) continue;
+      const LetterCodes& codes = letter_codes_of(c);
+      for (int b = 0x80; b < 256; ++b) {
+        const auto byte = static_cast<unsigned char>(b);
+        if (codes.is_letter(byte) && home.forms.lacks(codes.of(byte))) missing.add(byte);
+      }
+    }
+  }
 }
 
 std::unique_ptr<const ListedModels> Homes::make_listed(bool unicode) const {
@@ -174,6 +193,11 @@ PossibleLanguages Homes::possible(uint32_t scripts, const std::vector<char>& all
     const bool any = std::any_of(languages.begin(), languages.end(),
                                  [&](size_t l) { return possible.marks[l] != 0; });
     if (any) possible.homes.push_back(h);
+    const size_t from = possible.barred.size();
+    possible.barred.resize(from + homes[h].models.width(), kNoCost);
+    for (size_t i = 0; i < languages.size(); ++i) {
+      if (possible.marks[languages[i]] != 0) possible.barred[from + i] = 0;
+    }
   }
   return possible;
 }

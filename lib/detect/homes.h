@@ -8,11 +8,15 @@
 #ifndef ORVA_LIB_DETECT_HOMES_H_
 #define ORVA_LIB_DETECT_HOMES_H_
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
+#include "lib/detect/home_forms.h"
 #include "lib/detect/home_models.h"
 #include "lib/detect/lazy.h"
+#include "lib/detect/least.h"
 #include "lib/detect/letter_costs.h"
 #include "lib/detect/listed_models.h"
 #include "lib/detect/model_tables.h"
@@ -26,7 +30,9 @@ struct Home {
   int charset;
   std::vector<size_t> languages;
   HomeAlphabet alphabet;
-  HomeModels models;  // in the order of `languages`
+  HomeForms forms;
+  HomeModels models;        // in the order of `languages`
+  size_t first_column = 0;  // among the columns of all homes, in which each has its models' width
 };
 
 // What a reading can be in: languages, and the homes that have any of them.
@@ -34,6 +40,7 @@ struct PossibleLanguages {
   uint32_t scripts = 0;     // a bit for each that it can be written in
   std::vector<char> marks;  // by language
   std::vector<size_t> homes;
+  std::vector<double> barred;  // by column of all homes: 0, or kNoCost
 };
 
 class Homes {
@@ -48,6 +55,13 @@ class Homes {
   // The models of UTF-8, and those of charsets that keep ASCII and take bytes together.
   const ListedModels& utf8() const;
   const ListedModels& pairs() const;
+  // Of all homes.
+  size_t nb_columns() const { return single_byte().nb_columns; }
+  // The letters of a charset that a home lacks; those of the next home follow. REQUIRES: a
+  // single-byte one that keeps ASCII.
+  const HighBytes& missing(int charset, size_t home) const {
+    return single_byte().missing[static_cast<size_t>(charset) * all().size() + home];
+  }
   // How texts of a single-byte charset are written, by home. Made at their first use.
   const std::vector<Rewriting>& rewritings(int charset) const;
   // The languages of the scripts, of those that `allowed`, by index, allows; empty allows all.
@@ -67,10 +81,13 @@ class Homes {
     std::vector<Home> homes;
     HomeModels ascii;
     LetterCosts letters;
+    size_t nb_columns = 0;
+    std::vector<HighBytes> missing;  // by charset and home
   };
 
   const SingleByte& single_byte() const;
   std::unique_ptr<const SingleByte> make_single_byte() const;
+  static void find_missing(SingleByte* made);
   const ListedModels& listed(bool unicode, const Lazy<ListedModels>& lazy) const;
   std::unique_ptr<const ListedModels> make_listed(bool unicode) const;
 

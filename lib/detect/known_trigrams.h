@@ -65,18 +65,51 @@ class KnownTrigrams {
       memcpy(&bases[i], block, sizeof bases[i]);
       groups[i] = block[kBase + places[i + 2] / kGroup];
     }
-    for (size_t i = 0; i < count; ++i) {
-      const unsigned place = places[i + 2] % kGroup;
-      const uint32_t below = groups[i] & ((1U << place) - 1);
-      const int number = static_cast<int>(bases[i] + (groups[i] >> kGroup)) + kBitCounts.of[below];
-      const int known = static_cast<int>(groups[i] >> place & 1U);
-      visit(i, number | (known - 1));
-    }
+    for (size_t i = 0; i < count; ++i)
+      visit(i, number_in(bases[i], groups[i], places[i + 2] % kGroup));
   }
+
+  // Finds the trigrams of a text one after the other, by its bytes.
+  //
+  //   KnownTrigrams::Cursor cursor(index, text);
+  //   for (size_t i = 2; i < size; ++i) use(cursor.next(text[i]));
+  class Cursor {
+   public:
+    // `bytes` are the first two.
+    Cursor(const KnownTrigrams& index, const unsigned char* bytes)
+        : index_(index),
+          first_(index.place_[bytes[0]] * index.nb_places_),
+          second_(index.place_[bytes[1]]) {}
+
+    // The number of the trigram that ends with `byte`, or kNone.
+    __attribute__((always_inline)) int next(unsigned char byte) {
+      const size_t third = index_.place_[byte];
+      const size_t pair = index_.pairs_[first_ + second_];
+      const uint16_t* const block = index_.followers_.data() + pair * index_.stride_;
+      uint32_t base;
+      memcpy(&base, block, sizeof base);
+      first_ = second_ * index_.nb_places_;
+      second_ = third;
+      return number_in(base, block[kBase + third / kGroup], third % kGroup);
+    }
+
+   private:
+    const KnownTrigrams& index_;
+    size_t first_;  // times how many places there are
+    size_t second_;
+  };
 
  private:
   static constexpr size_t kGroup = 8;
   static constexpr size_t kBase = 2;  // units of the number that a pair's block begins with
+
+  // Of a follower in its group.
+  static int number_in(uint32_t base, uint32_t group, size_t place) {
+    const uint32_t below = group & ((1U << place) - 1);
+    const int number = static_cast<int>(base + (group >> kGroup)) + kBitCounts.of[below];
+    const int known = static_cast<int>(group >> place & 1U);
+    return number | (known - 1);
+  }
 
   size_t pair_place(uint32_t trigram) const {
     return place_[trigram >> 16] * nb_places_ + place_[trigram >> 8 & 0xFFU];

@@ -99,13 +99,20 @@ LetterCost cost_of_role(const ByteRole& role, Letters* letters) {
 }  // namespace
 
 LetterCosts::LetterCosts(const ModelTables& tables, const std::vector<Home>& homes)
-    : costs_(static_cast<size_t>(kCharsetCount * kBytes)) {
-  Letters letters(tables, homes);
+    : column_of_(static_cast<size_t>(kCharsetCount), 0) {
+  std::vector<int> charsets;
   for (int c = 0; c < kCharsetCount; ++c) {
     if (single_byte_table(c) == nullptr || (kCharsets[c].flags & kEbcdic) != 0) continue;
-    const Alphabet& alphabet = alphabet_of(c);
-    for (int b = 0; b < kBytes; ++b) {
-      costs_[static_cast<size_t>(c * kBytes + b)] = cost_of_role(alphabet[0x80 + b], &letters);
+    column_of_[static_cast<size_t>(c)] = charsets.size();
+    charsets.push_back(c);
+  }
+  width_ = (charsets.size() + kStep - 1) / kStep * kStep;
+  costs_.resize(kBytes * width_);
+  Letters letters(tables, homes);
+  for (size_t i = 0; i < charsets.size(); ++i) {
+    const Alphabet& alphabet = alphabet_of(charsets[i]);
+    for (size_t b = 0; b < kBytes; ++b) {
+      costs_[b * width_ + i] = cost_of_role(alphabet[0x80 + static_cast<int>(b)], &letters);
     }
   }
 }

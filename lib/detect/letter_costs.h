@@ -3,7 +3,7 @@
 // before any model is asked.
 //
 //   const orva::LetterCosts costs(tables, homes);
-//   double nats = costs.of(charset)[0xE9 - 0x80].alone * orva::LetterCost::kUnit;
+//   double nats = costs.of(charset, 0xE9).alone * orva::LetterCost::kUnit;
 //
 // Life cycle: made whole by the constructor, constant from then on.
 // Threads:    any number may read.
@@ -28,21 +28,34 @@ struct LetterCost {
   uint16_t beside = 0;   // more for each letter of ASCII next to it
   uint16_t between = 0;  // more between two letters of ASCII
 };
+static_assert(sizeof(LetterCost) == 8);
 
 class LetterCosts {
  public:
-  static constexpr int kBytes = 128;
+  static constexpr size_t kBytes = 128;
 
   LetterCosts() = default;
   LetterCosts(const ModelTables& tables, const std::vector<Home>& homes);
 
-  // By byte, from 0x80 on. REQUIRES: the charset is a single-byte one that keeps ASCII.
-  const LetterCost* of(int charset) const {
-    return costs_.data() + static_cast<size_t>(charset) * kBytes;
+  // Of a byte from 0x80 on in a charset. REQUIRES: a single-byte one that keeps ASCII.
+  const LetterCost& of(int charset, unsigned char byte) const {
+    return row(byte)[column_of_[static_cast<size_t>(charset)]];
   }
 
+  // All that charsets make of a byte: width() costs. REQUIRES: byte >= 0x80.
+  const LetterCost* row(unsigned char byte) const {
+    return costs_.data() + static_cast<size_t>(byte - 0x80) * width_;
+  }
+  // A multiple of kStep.
+  size_t width() const { return width_; }
+  static constexpr size_t kStep = 8;
+  // Where a charset stands in rows.
+  size_t column(int charset) const { return column_of_[static_cast<size_t>(charset)]; }
+
  private:
-  std::vector<LetterCost> costs_;  // by charset and byte
+  size_t width_ = 0;
+  std::vector<size_t> column_of_;  // by charset
+  std::vector<LetterCost> costs_;  // by byte and column
 };
 
 }  // namespace orva

@@ -30,17 +30,64 @@ constexpr size_t kLongestBracket = 80;
 constexpr double kClosingInFront = 4;
 constexpr double kUnclosed = 2;
 
+// Three bytes that follow each other, by their kinds.
+struct Place {
+  unsigned before;
+  unsigned last;
+  unsigned now;
+};
+
+// What letters cost that do not follow each other in words.
+double letters_cost(const Place& place) {
+  const auto [before, last, now] = place;
+  const auto is_letter = [](unsigned kind) { return (kind & kSmallKind) != 0; };
+  const auto is_small = [](unsigned kind) { return (kind & kCaseKind) == kSmallKind; };
+  const auto is_capital = [](unsigned kind) { return (kind & kCaseKind) == kCapitalKind; };
+  if (!is_letter(last)) return 0;
+  // ASCII alone is the same in all readings.
+  if (((before | last | now) & kOutsideKind) == 0) return 0;
+  if ((now & kCaseKind) == kDigitKind) {
+    return (last & kOutsideKind) != 0 && !is_letter(before) ? kLetterAtDigit : 0;
+  }
+  if (!is_letter(now)) return 0;
+  double cost = ((now ^ last) & kForeignKind) != 0 ? kScriptsMixed : 0;
+  if (is_capital(now) && is_small(last)) cost += kCapitalWithin;
+  if (is_small(now) && is_capital(last) && is_capital(before)) cost += kSmallBehindCapitals;
+  return cost;
+}
+
+// The same for all kinds: three times four bits, that of the last byte the lowest.
+class LetterTriples {
+ public:
+  static constexpr unsigned kAll = (1U << 3 * kPlaceBits) - 1;
+
+  LetterTriples() {
+    for (unsigned i = 0; i <= kAll; ++i) {
+      constexpr unsigned kKind = (1U << kPlaceBits) - 1;
+      const Place place = {i >> 2 * kPlaceBits, i >> kPlaceBits & kKind, i & kKind};
+      costs_[i] = static_cast<uint8_t>(letters_cost(place));
+    }
+  }
+  unsigned cost(unsigned triple) const { return costs_[triple]; }
+
+ private:
+  uint8_t costs_[kAll + 1];
+};
+
 }  // namespace
 
-ByteCounts::ByteCounts(const std::vector<std::string>& texts) {
-  for (const std::string& text : texts) {
+void ByteCounts::start(const std::vector<std::string_view>& texts) {
+  for (const unsigned char b : present) of[b] = 0;
+  present.clear();
+  high = {};
+  for (const std::string_view text : texts) {
     for (const char c : text) ++of[static_cast<unsigned char>(c)];
   }
   for (int b = 0; b < 256; ++b) {
-    if (of[b] != 0) present.push_back(static_cast<unsigned char>(b));
+    if (of[b] == 0) continue;
+    present.push_back(static_cast<unsigned char>(b));
+    if (b >= 0x80) high.add(static_cast<unsigned char>(b));
   }
-  std::sort(present.begin(), present.end(),
-            [this](unsigned char a, unsigned char b) { return of[a] > of[b]; });
 }
 
 Placement::Placement(const Alphabet& alphabet, const ByteCounts& counts) : alphabet_(&alphabet) {
@@ -73,25 +120,6 @@ double Placement::sign_place_cost(std::string_view text, size_t at) const {
   return sign == '|' && begins && ends ? kBarBetweenBlanks : 0;
 }
 
-// What letters cost that do not follow each other in words.
-double Placement::letters_cost(const Place& place) {
-  constexpr uint32_t kLetters = kSmallTrait | kCapitalTrait;
-  const auto [before, last, now] = place;
-  if ((last & kLetters) == 0) return 0;
-  // ASCII alone is the same in all readings.
-  if (((before | last | now) & kOutsideTrait) == 0) return 0;
-  if ((now & kDigitTrait) != 0) {
-    return (last & kOutsideTrait) != 0 && (before & kLetters) == 0 ? kLetterAtDigit : 0;
-  }
-  if ((now & kLetters) == 0) return 0;
-  double cost = ((now ^ last) & kForeignTrait) != 0 ? kScriptsMixed : 0;
-  if ((now & kCapitalTrait) != 0 && (last & kSmallTrait) != 0) cost += kCapitalWithin;
-  if ((now & kSmallTrait) != 0 && (last & kCapitalTrait) != 0 && (before & kCapitalTrait) != 0) {
-    cost += kSmallBehindCapitals;
-  }
-  return cost;
-}
-
 double Placement::apart_cost(std::string_view text, size_t at) const {
   const ByteRole& role = role_at(text, at);
   const bool in_front = at > 0 && is_letter_at(text, at - 1);
@@ -115,25 +143,27 @@ double Placement::sign_cost(std::string_view text, size_t at) const {
 }
 
 double Placement::cost(std::string_view text, size_t from, size_t to) const {
-  const uint32_t line_end = alphabet_->traits('\n');
-  Place place = {line_end, from > 1 ? traits_at(text, from - 2) : line_end,
-                 from > 0 ? traits_at(text, from - 1) : line_end};
+  static const LetterTriples letters;
+  const auto place_at = [&](size_t i) {
+    return alphabet_->place(static_cast<unsigned char>(text[i]));
+  };
+  const unsigned line_end = alphabet_->place('\n');
+  unsigned triple = (from > 1 ? place_at(from - 2) : line_end) & kPlaceKinds;
+  triple = triple << kPlaceBits | ((from > 0 ? place_at(from - 1) : line_end) & kPlaceKinds);
+  unsigned of_letters = 0;
   double cost = 0;
   for (size_t i = from; i < to; ++i) {
-    place = {place.last, place.now, traits_at(text, i)};
-    const double letters = letters_cost(place);
-    if ((place.now & kPlacedTrait) == 0) {
-      cost += letters;
-    } else {
-      cost += role_at(text, i).cost + letters + sign_cost(text, i);
-    }
+    const unsigned place = place_at(i);
+    triple = (triple << kPlaceBits | (place & kPlaceKinds)) & LetterTriples::kAll;
+    of_letters += letters.cost(triple);
+    if ((place & kPlacedPlace) != 0) cost += role_at(text, i).cost + sign_cost(text, i);
   }
-  return cost;
+  return cost + of_letters;
 }
 
-bool Placement::has_lone_letters(const std::vector<std::string>& texts) const {
+bool Placement::has_lone_letters(const std::vector<std::string_view>& texts) const {
   bool any = false;
-  for (const std::string& text : texts) {
+  for (const std::string_view text : texts) {
     bool last = false;
     for (size_t i = 0; i < text.size(); ++i) {
       const bool now = (traits_at(text, i) & kForeignTrait) != 0;
@@ -145,7 +175,7 @@ bool Placement::has_lone_letters(const std::vector<std::string>& texts) const {
   return any;
 }
 
-double Placement::whole_cost(const std::vector<std::string>& texts) const {
+double Placement::whole_cost(const std::vector<std::string_view>& texts) const {
   return (unclosed_ ? kUnclosed : 0) + (foreign_ && has_lone_letters(texts) ? kLoneLetters : 0);
 }
 

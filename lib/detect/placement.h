@@ -7,8 +7,8 @@
 #ifndef ORVA_LIB_DETECT_PLACEMENT_H_
 #define ORVA_LIB_DETECT_PLACEMENT_H_
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,12 +16,26 @@
 
 namespace orva {
 
+// Some of the bytes above 0x7F.
+struct HighBytes {
+  uint64_t words[2] = {};
+
+  void add(unsigned char b) { words[b / 64 - 2] |= uint64_t{1} << b % 64; }
+  bool share(const HighBytes& other) const {
+    return ((words[0] & other.words[0]) | (words[1] & other.words[1])) != 0;
+  }
+};
+
 // How often each byte occurs in `texts`.
 struct ByteCounts {
   uint64_t of[256] = {};
-  std::vector<unsigned char> present;  // the bytes that occur, the most frequent first
+  HighBytes high;                      // those above 0x7F that occur
+  std::vector<unsigned char> present;  // the bytes that occur
 
-  explicit ByteCounts(const std::vector<std::string>& texts);
+  ByteCounts() = default;
+  explicit ByteCounts(const std::vector<std::string_view>& texts) { start(texts); }
+
+  void start(const std::vector<std::string_view>& texts);
 };
 
 class Placement {
@@ -33,20 +47,12 @@ class Placement {
   double cost(std::string_view text, size_t from, size_t to) const;
   // Nats for what only all texts together tell: quotation marks that are never closed, letters of
   // another script than the Latin one none of which stands next to another.
-  double whole_cost(const std::vector<std::string>& texts) const;
+  double whole_cost(const std::vector<std::string_view>& texts) const;
   // Characters outside ASCII that are neither letters nor common signs, and letters.
   uint64_t odd() const { return odd_; }
   uint64_t letters() const { return letters_; }
 
  private:
-  // The traits of three bytes that follow each other.
-  struct Place {
-    uint32_t before;
-    uint32_t last;
-    uint32_t now;
-  };
-
-  static double letters_cost(const Place& place);
   double sign_cost(std::string_view text, size_t at) const;
   uint32_t traits_at(std::string_view text, size_t at) const {
     return alphabet_->traits(static_cast<unsigned char>(text[at]));
@@ -63,7 +69,7 @@ class Placement {
   }
   double apart_cost(std::string_view text, size_t at) const;
   double sign_place_cost(std::string_view text, size_t at) const;
-  bool has_lone_letters(const std::vector<std::string>& texts) const;
+  bool has_lone_letters(const std::vector<std::string_view>& texts) const;
 
   const Alphabet* alphabet_;
   bool unclosed_ = false;

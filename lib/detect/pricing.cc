@@ -28,9 +28,7 @@ constexpr size_t kSurelyPairs = 64;
 constexpr size_t kTellingPairs = 768;
 
 void set_least(Reading* reading) {
-  double least = kNoCost;
-  for (const double cost : reading->costs) least = std::min(least, cost);
-  reading->least = least + reading->prior;
+  reading->least = least_of(reading->costs.data(), reading->costs.size()) + reading->prior;
 }
 
 // Bytes of a document that can rule a decoded reading out, and nats that do.
@@ -38,7 +36,7 @@ constexpr size_t kBeginnings[] = {64, 512};
 constexpr double kFarBehind = 80;
 
 bool is_far_behind(double most, const Reading& reading) {
-  const double least = *std::min_element(reading.costs.begin(), reading.costs.end());
+  const double least = least_of(reading.costs.data(), reading.costs.size());
   return least != kNoCost && least > most + kFarBehind;
 }
 
@@ -75,7 +73,11 @@ const Reading* best_of(const Pool<Reading>& readings) {
 }  // namespace
 
 Pricing::Pricing(const ModelTables& tables)
-    : tables_(tables), homes_(tables.homes()), ascii_(tables), trials_(homes_) {}
+    : tables_(tables),
+      homes_(tables.homes()),
+      no_costs_(tables.languages().size(), kNoCost),
+      ascii_(tables),
+      trials_(homes_) {}
 
 std::vector<double> Pricing::price_utf8(std::string_view text, const std::vector<char>& languages,
                                         double most) {
@@ -91,17 +93,18 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
   }
   sample = with_few_high(sample, kMostHigh);
   priced_ = sample.size();
-  const std::string plain = normalised(main_text(sample));
-  const TrialText text(high_segments(plain));
+  std::string main;
+  const std::string plain = normalised(main_text(sample, &main));
+  text_.start(plain);
   ascii_.start(plain);
   for (Reading& reading : *readings) {
     reading.costs.clear();
     reading.least = kNoCost;
   }
-  const double rival = price_modelled(text, readings);
-  price_single_bytes(text, rival, readings);
+  const double rival = price_modelled(text_, readings);
+  price_single_bytes(text_, rival, readings);
   if (is_latin(*readings)) finish_ascii(readings);
-  price_others(sample, text, readings);
+  price_others(sample, text_, readings);
 }
 
 // Whether the best reading so far is in a language that ASCII tells from others.
@@ -132,7 +135,7 @@ void Pricing::finish_ascii(Pool<Reading>* readings) {
 }
 
 void Pricing::begin(const TrialText& text, Reading* reading) {
-  reading->costs.assign(tables_.languages().size(), kNoCost);
+  reading->costs = no_costs_;
   mark_possible(text.counts, reading);
 }
 
@@ -165,14 +168,14 @@ double Pricing::price_modelled(const TrialText& text, Pool<Reading>* readings) {
 }
 
 double Pricing::screen(const TrialText& text, double rival, const Pool<Reading>& readings) {
-  screening_.start(text.segments);
+  screening_.start(text.segments, homes_.letters());
   screened_.clear();
   double least = kNoCost;
   double next = kNoCost;
   for (const Reading& reading : readings) {
     double cost = kNoCost;
     if (keeps_ascii(reading)) {
-      cost = screening_.cost(homes_.letters().of(reading.charsets.front())) + reading.prior;
+      cost = screening_.cost(reading.charsets.front()) + reading.prior;
     }
     screened_.push_back(cost);
     if (cost < least) std::swap(cost, least);
@@ -185,7 +188,7 @@ double Pricing::screen(const TrialText& text, double rival, const Pool<Reading>&
 
 // Asks about the single-byte readings that cost no more than `limit` by their letters.
 void Pricing::ask(const TrialText& text, double limit, double rival, Pool<Reading>* readings) {
-  trials_.start(&text, &ascii_.base());
+  trials_.start(&text, &ascii_.base(), &ascii_.extra());
   trials_.set_rival(rival);
   for (size_t i = 0; i < readings->size(); ++i) {
     Reading& reading = (*readings)[i];
@@ -296,8 +299,7 @@ void Pricing::price_whole(std::string_view sample, double most, Reading* reading
 
 void Pricing::price_whole_part(std::string_view sample, Reading* reading) const {
   std::fill(reading->costs.begin(), reading->costs.end(), kNoCost);
-  const std::vector<std::string> texts = {std::string(sample)};
-  const ByteCounts counts(texts);
+  const ByteCounts counts({sample});
   const Alphabet& alphabet = alphabet_of(reading->charsets.front());
   const Placement placement(alphabet, counts);
   const double extra = placement.cost(sample, 0, sample.size());
@@ -305,7 +307,8 @@ void Pricing::price_whole_part(std::string_view sample, Reading* reading) const 
   for (const size_t h : reading->possible->homes) {
     const Home& home = homes_.all()[h];
     const Rewriting& rewriting = rewritings[h];
-    if (lacks_letters(rewriting, counts, placement)) continue;
+    if (rewriting.lacks_more(counts, most_missing(placement.letters()), placement.letters()))
+      continue;
     CostSums sums(home.models);
     sums.add(normalised(without_markup(rewriting.apply(sample))), 0);
     for (size_t i = 0; i < home.languages.size(); ++i) {

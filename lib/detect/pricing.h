@@ -72,10 +72,12 @@ class Pricing {
   size_t priced_ = 0;
   const ModelTables& tables_;
   const Homes& homes_;
-  AsciiPricing ascii_;  // of the last sample
+  const std::vector<double> no_costs_;  // by language
+  AsciiPricing ascii_;                  // of the last sample
   // Which languages the caller allows, and what that leaves for each set of scripts.
   std::vector<char> languages_;
   std::deque<PossibleLanguages> possible_;
+  TrialText text_;  // of the last sample
   Screening screening_;
   std::vector<double> screened_;  // by reading
   Trials trials_;

@@ -1,6 +1,11 @@
 #include "lib/detect/readings.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
+#include <bit>
+#include <cstring>
+#include <iterator>
 
 #include "lib/detect/charset_table.h"
 #include "lib/detect/priors.h"
@@ -43,74 +48,100 @@ const std::vector<CharsetFacts>& facts_of_charsets() {
 }
 
 bool looks_wide(const Evidence& evidence, int charset) {
-  for (const UnicodeCheck& check : evidence.unicode()) {
-    if (std::string_view(check.charset()) != kCharsets[charset].iana) continue;
-    if (check.characters() < kFewestUnicode || check.cost() > kMostUnicodeCost) return false;
-    // Text of ASCII letters, two of which together are one Chinese character.
-    const bool many = check.characters() >= kFewestChinese && check.cost() >= kLeastChineseCost;
-    return !many || evidence.high() * kBytesPerHigh >= evidence.length();
-  }
-  return false;
+  const UnicodeCheck* const check = evidence.unicode(charset);
+  if (check == nullptr || check->characters() < kFewestUnicode) return false;
+  if (check->cost() > kMostUnicodeCost) return false;
+  // Text of ASCII letters, two of which together are one Chinese character.
+  const bool many = check->characters() >= kFewestChinese && check->cost() >= kLeastChineseCost;
+  return !many || evidence.high() * kBytesPerHigh >= evidence.length();
 }
 
-// Numbers that stand for what bytes decode to: sums of them tell texts apart.
-uint32_t print_of(unsigned byte, uint16_t value) {
+// A number that stands for what a byte decodes to: sums of them tell most texts apart.
+uint16_t print_of(unsigned byte, uint16_t value) {
   uint64_t mixed = (uint64_t{value} << 8 | byte) + 0x9E3779B97F4A7C15U;
   mixed = (mixed ^ mixed >> 30) * 0xBF58476D1CE4E5B9U;
   mixed = (mixed ^ mixed >> 27) * 0x94D049BB133111EBU;
-  return static_cast<uint32_t>(mixed >> 32);
+  return static_cast<uint16_t>(mixed >> 48);
 }
 
-// By byte; of the single-byte charsets. ASCII counts nothing.
-struct Prints {
-  uint32_t of[256] = {};
-  bool keeps_ascii = true;
+// Those of all charsets, a row for each byte above 0x7F.
+class Prints {
+ public:
+  // Columns that are added up together.
+  static constexpr size_t kStep = 32;
 
-  explicit Prints(const uint16_t* table) {
-    for (unsigned b = 0; table != nullptr && b < 256; ++b) {
-      if (b < 0x80 && table[b] == b) continue;
-      of[b] = print_of(b, table[b]);
-      keeps_ascii = keeps_ascii && b >= 0x80;
+  Prints() : width_((static_cast<size_t>(kCharsetCount) + kStep - 1) / kStep * kStep) {
+    rows_.assign(128 * width_, 0);
+    for (int c = 0; c < kCharsetCount; ++c) {
+      const uint16_t* const table = single_byte_table(c);
+      bool keeps = true;
+      for (unsigned b = 0; table != nullptr && b < 256; ++b) {
+        if (b < 0x80) {
+          keeps = keeps && table[b] == b;
+        } else {
+          rows_[(b - 0x80) * width_ + static_cast<size_t>(c)] = print_of(b, table[b]);
+        }
+      }
+      keeps_ascii_.push_back(keeps ? 1 : 0);
     }
   }
+
+  size_t width() const { return width_; }
+  bool keeps_ascii(int charset) const { return keeps_ascii_[static_cast<size_t>(charset)] != 0; }
+  const uint16_t* row(unsigned char high) const { return rows_.data() + (high - 0x80) * width_; }
+
+ private:
+  size_t width_;
+  std::vector<uint16_t> rows_;
+  std::vector<char> keeps_ascii_;
 };
 
-const Prints& prints_of(int charset) {
-  static const std::vector<Prints> all = [] {
-    std::vector<Prints> made;
-    for (int c = 0; c < kCharsetCount; ++c) made.emplace_back(single_byte_table(c));
-    return made;
-  }();
-  return all[static_cast<size_t>(charset)];
+const Prints& prints() {
+  static const Prints all;
+  return all;
 }
 
-// The bytes of a document, each once.
+// The bytes of a document, each once, and what single-byte charsets make of them.
 class Present {
  public:
-  explicit Present(const Evidence& evidence) {
-    for (unsigned b = 0; b < 256; ++b) {
-      const auto byte = static_cast<unsigned char>(b);
-      if (evidence.holds(byte)) bytes_[size_++] = byte;
-      if (b < 0x80) first_high_ = size_;
+  explicit Present(const Evidence& evidence) : prints_(prints().width()) {
+    for (unsigned w = 0; w < 4; ++w) {
+      if (w == 2) first_high_ = size_;
+      for (uint64_t bits = evidence.present(w); bits != 0; bits &= bits - 1) {
+        bytes_[size_++] =
+            static_cast<unsigned char>(64 * w + static_cast<unsigned>(std::countr_zero(bits)));
+      }
     }
+    for (size_t k = 0; k < prints_.size(); k += Prints::kStep) add_up(prints(), k);
   }
 
-  uint32_t print(const Prints& prints) const {
-    uint32_t sum = 0;
-    for (size_t i = prints.keeps_ascii ? first_high_ : 0; i < size_; ++i) {
-      sum += prints.of[bytes_[i]];
-    }
-    return sum;
-  }
+  // Of the bytes above 0x7F: equal for charsets that make the same of them.
+  uint16_t print(int charset) const { return prints_[static_cast<size_t>(charset)]; }
   bool same(const uint16_t* a, const uint16_t* b, bool keep_ascii) const {
     return std::all_of(bytes_ + (keep_ascii ? first_high_ : 0), bytes_ + size_,
                        [=](unsigned char c) { return a[c] == b[c]; });
   }
 
  private:
+  void add_up(const Prints& all, size_t first) {
+    constexpr size_t kVectors = Prints::kStep * sizeof(uint16_t) / sizeof(__m128i);
+    __m128i sums[kVectors] = {};
+    for (size_t i = first_high_; i < size_; ++i) {
+      const uint16_t* const row = all.row(bytes_[i]) + first;
+#pragma GCC unroll 4
+      for (size_t v = 0; v < kVectors; ++v) {
+        __m128i more;
+        memcpy(&more, row + 8 * v, sizeof more);
+        sums[v] = _mm_add_epi16(sums[v], more);
+      }
+    }
+    memcpy(prints_.data() + first, sums, sizeof sums);
+  }
+
   unsigned char bytes_[256];
   size_t size_ = 0;
   size_t first_high_ = 0;
+  std::vector<uint16_t> prints_;
 };
 
 // Puts the likelier one first, and among those alike the one that came first.
@@ -138,23 +169,42 @@ void add_part(int charset, Pool<Reading>* readings) {
   add_charset(charset, at);
 }
 
-void add_single_byte(int charset, const uint16_t* table, const Present& present,
-                     Pool<Reading>* readings) {
-  const Prints& prints = prints_of(charset);
-  const uint32_t print = present.print(prints);
-  Reading* at = std::find_if(readings->begin(), readings->end(), [&](const Reading& reading) {
-    if (reading.print != print || reading.table == nullptr) return false;
-    const bool keep_ascii = prints.keeps_ascii && prints_of(reading.charsets.front()).keeps_ascii;
-    return present.same(reading.table, table, keep_ascii);
-  });
-  if (at == readings->end()) {
-    at = &readings->add();
-    at->reset();
+// Puts single-byte charsets where they belong: those that read the document alike together.
+class SingleByteReadings {
+ public:
+  SingleByteReadings(const Present& present, Pool<Reading>* readings)
+      : present_(present), readings_(*readings) {}
+
+  void add(int charset, const uint16_t* table) {
+    const uint16_t print = present_.print(charset);
+    uint8_t* number = &first_[print % std::size(first_)];
+    while (*number != 0 && !is_read_by(readings_[*number - 1U], charset, table)) {
+      number = &next_[*number - 1U];
+    }
+    if (*number == 0) {
+      Reading& fresh = readings_.add();
+      fresh.reset();
+      fresh.table = table;
+      fresh.print = print;
+      *number = static_cast<uint8_t>(readings_.size());
+    }
+    add_charset(charset, &readings_[*number - 1U]);
   }
-  add_charset(charset, at);
-  at->table = table;
-  at->print = print;
-}
+
+ private:
+  bool is_read_by(const Reading& reading, int charset, const uint16_t* table) const {
+    if (reading.print != present_.print(charset)) return false;
+    const bool keep_ascii =
+        prints().keeps_ascii(charset) && prints().keeps_ascii(reading.charsets.front());
+    return present_.same(reading.table, table, keep_ascii);
+  }
+
+  const Present& present_;
+  Pool<Reading>& readings_;
+  // Numbers of readings from 1 on, 0 for none: by print, and of the next one with the like.
+  uint8_t first_[64] = {};
+  uint8_t next_[CharsetSet::kMost] = {};
+};
 
 }  // namespace
 
@@ -176,18 +226,22 @@ void find_readings(const Evidence& evidence, const std::function<bool(int charse
                    bool with_controls, Pool<Reading>* readings) {
   readings->clear();
   const Present present(evidence);
+  SingleByteReadings single_bytes(present, readings);
   const std::vector<CharsetFacts>& all = facts_of_charsets();
+  const CharsetSet undecodable = evidence.undecodable(with_controls);
   const bool has_nul = evidence.holds(0);
   const bool lacks_blanks = evidence.kinds().at_signs == 0 && evidence.length() >= kSurelyBlanks;
   for (int c = 0; c < kCharsetCount; ++c) {
     const CharsetFacts& facts = all[static_cast<size_t>(c)];
     if (facts.is_wide ? !looks_wide(evidence, c) : has_nul) continue;
     if (facts.is_ebcdic && lacks_blanks) continue;
-    if (!evidence.decodes(c, with_controls) || !allowed(c)) continue;
+    const bool decodes =
+        facts.table != nullptr ? !undecodable.holds(c) : evidence.decodes(c, with_controls);
+    if (!decodes || !allowed(c)) continue;
     if (facts.is_part) {
       add_part(c, readings);
     } else if (facts.table != nullptr) {
-      add_single_byte(c, facts.table, present, readings);
+      single_bytes.add(c, facts.table);
     } else {
       Reading& reading = readings->add();
       reading.reset();

@@ -5,7 +5,6 @@
 #define ORVA_LIB_DETECT_READINGS_H_
 
 #include <functional>
-#include <limits>
 #include <vector>
 
 #include "lib/detect/evidence.h"
@@ -14,12 +13,10 @@
 
 namespace orva {
 
-inline constexpr double kNoCost = std::numeric_limits<double>::infinity();
-
 struct Reading {
   std::vector<int> charsets;        // the likeliest first
   const uint16_t* table = nullptr;  // decode table of a single-byte one
-  uint32_t print = 0;               // of what that makes of the document's bytes
+  uint16_t print = 0;               // of what that makes of the document's bytes
   std::vector<double> costs;        // by language; kNoCost where no model could tell
   double prior = 0;                 // nats, before a byte is read
   double least = kNoCost;           // of the costs, and the prior

@@ -28,7 +28,7 @@ HomeAlphabet::HomeAlphabet(const uint16_t* table) {
   }
 }
 
-bool Rewriting::put_letter(uint16_t letter, const HomeAlphabet& home, Form* form) {
+bool put_letter(uint16_t letter, const HomeAlphabet& home, LetterForm* form) {
   if (home.is_utf8()) {
     std::string utf8;
     append_utf8(letter, &utf8);
@@ -56,13 +56,12 @@ bool Rewriting::put_letter(uint16_t letter, const HomeAlphabet& home, Form* form
 Rewriting::Rewriting(const Alphabet& from, const HomeAlphabet& home) : alphabet_(from) {
   for (int b = 0; b < 256; ++b) {
     const ByteRole& role = from[b];
-    Form& form = forms_[b];
+    LetterForm& form = forms_[b];
     if (role.letter == 0) {
       if (role.stand_in != 0) form.add(static_cast<unsigned char>(role.stand_in));
     } else {
       letters_[b] = put_letter(role.letter, home, &form) ? kThere : kMissing;
     }
-    form.quotes = role.quotes;
     if (form.length == 1 && !role.quotes && form.bytes[0] != ' ') single_[b] = form.bytes[0];
   }
 }
@@ -73,7 +72,6 @@ uint64_t Rewriting::missing(const ByteCounts& counts) const {
   return missing;
 }
 
-// The most frequent bytes tell, as a rule.
 bool Rewriting::lacks_more(const ByteCounts& counts, uint64_t most, uint64_t letters) const {
   uint64_t missing = 0;
   for (const int b : counts.present) {
@@ -98,9 +96,10 @@ char* Rewriting::write(std::string_view text, size_t from, size_t to, const char
       ++end;
       continue;
     }
-    const Form& form = forms_[byte];
+    const LetterForm& form = forms_[byte];
     // A quotation mark is an apostrophe within a word only.
-    const bool quotes = form.quotes && !(i > 0 && is_letter_at(i - 1) && is_letter_at(i + 1));
+    const bool quotes =
+        alphabet_[byte].quotes && !(i > 0 && is_letter_at(i - 1) && is_letter_at(i + 1));
     const bool blank = quotes || (form.length == 1 && form.bytes[0] == ' ');
     // A sign next to a blank leaves the blank.
     if (blank && end != begin && (end[-1] == ' ' || end[-1] == '\n')) continue;

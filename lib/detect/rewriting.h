@@ -30,12 +30,26 @@ class HomeAlphabet {
   std::vector<unsigned char> bytes_;  // by character, for those below kLetterEnd
 };
 
+// The bytes of a home that stand for one letter.
+struct LetterForm {
+  static constexpr size_t kLongest = 3;
+
+  char bytes[kLongest] = {};
+  uint8_t length = 0;
+
+  void add(unsigned char byte) { bytes[length++] = static_cast<char>(byte); }
+};
+static_assert(sizeof(LetterForm) == 4);
+
+// How a home writes a letter outside ASCII; false when it lacks it.
+bool put_letter(uint16_t letter, const HomeAlphabet& home, LetterForm* form);
+
 class Rewriting {
  public:
   Rewriting(const Alphabet& from, const HomeAlphabet& home);
 
   // Bytes that one may become.
-  static constexpr size_t kLongest = 3;
+  static constexpr size_t kLongest = LetterForm::kLongest;
 
   // Writes text[from, to) in the home, behind what was written from `begin` to `end`; returns the
   // new end. REQUIRES: room for kLongest bytes each.
@@ -53,21 +67,10 @@ class Rewriting {
   bool lacks_more(const ByteCounts& counts, uint64_t most, uint64_t letters) const;
 
  private:
-  struct Form {
-    uint8_t length : 2 = 0;
-    uint8_t quotes : 1 = 0;  // a blank, but within a word
-    char bytes[kLongest] = {};
-
-    void add(unsigned char byte) { bytes[length++] = static_cast<char>(byte); }
-  };
-
-  // False when the home lacks the letter.
-  static bool put_letter(uint16_t letter, const HomeAlphabet& home, Form* form);
-
   const Alphabet& alphabet_;
   enum LetterKind : uint8_t { kNoLetter, kThere, kMissing };
   char single_[256] = {};  // the form of a byte that becomes one wherever it stands; 0: see forms_
-  Form forms_[256];
+  LetterForm forms_[256];
   LetterKind letters_[256] = {};
 };
 

@@ -144,9 +144,9 @@ std::string without_markup(std::string_view text) {
   return out;
 }
 
-std::string main_text(std::string_view text) {
-  std::string plain = without_markup(text);
-  return 2 * count_high(plain) < count_high(text) ? std::string(text) : plain;
+std::string_view main_text(std::string_view text, std::string* plain) {
+  *plain = without_markup(text);
+  return 2 * count_high(*plain) < count_high(text) ? text : std::string_view(*plain);
 }
 
 }  // namespace orva

@@ -40,7 +40,8 @@ class Sample {
 std::string without_markup(std::string_view text);
 
 // The same, unless most of what tells charsets apart stands within tags: then all of it.
-std::string main_text(std::string_view text);
+// It is in `plain`, or `text` itself.
+std::string_view main_text(std::string_view text, std::string* plain);
 
 }  // namespace orva
 

@@ -1,21 +1,21 @@
 // Screening: which single-byte readings of a text are worth asking the models about.
 //
 //   orva::Screening screening;
-//   screening.start(text.segments);
-//   double nats = screening.cost(costs.of(charset));
+//   screening.start(text.segments, homes.letters());
+//   double nats = screening.cost(charset);
 //
 // Letters that are wrong are also seldom ones, as a rule: how often the letters occur that the
 // bytes would be tells most wrong readings, in a fraction of the time that models take.
 //
 // Life cycle: start for each text.
-// Ownership:  none.
+// Ownership:  the costs are not owned.
 // Threads:    one at a time.
 #ifndef ORVA_LIB_DETECT_SCREENING_H_
 #define ORVA_LIB_DETECT_SCREENING_H_
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "lib/detect/letter_costs.h"
@@ -27,26 +27,32 @@ class Screening {
   // Bytes above 0x7F that are looked at; more would tell the same.
   static constexpr size_t kMostSeen = 512;
 
-  void start(const std::vector<std::string>& texts);
+  void start(const std::vector<std::string_view>& texts, const LetterCosts& costs);
   size_t seen() const { return seen_; }
-  // Nats, in which a byte that comes again and again counts a few times.
-  double cost(const LetterCost* costs) const;
+  // Nats, in which a byte that comes again and again counts a few times. REQUIRES: a single-byte
+  // charset that keeps ASCII.
+  double cost(int charset) const { return sums_[costs_->column(charset)] * LetterCost::kUnit; }
   // How much more than the least a reading may cost that is worth asking about.
   double margin() const;
 
  private:
+  // How often a byte counts; in the order of what it costs.
   struct Counts {
-    uint32_t all = 0;
-    uint32_t within = 0;  // behind a small letter of ASCII
-    uint32_t beside = 0;  // letters of ASCII next to it
-    uint32_t between = 0;
+    uint16_t alone = 0;
+    uint16_t within = 0;  // behind a small letter of ASCII
+    uint16_t beside = 0;  // letters of ASCII next to it
+    uint16_t between = 0;
   };
+  static_assert(sizeof(Counts) == sizeof(LetterCost));
 
-  void count(const std::string& text, size_t at);
+  void count_all(const std::vector<std::string_view>& texts);
+  void count(std::string_view text, size_t at);
+  void add_up(size_t first);
 
+  const LetterCosts* costs_ = nullptr;
   Counts counts_[LetterCosts::kBytes];
-  std::vector<uint8_t> present_;     // those counted, less 0x80
-  std::vector<uint8_t> near_ascii_;  // those of them next to a letter of ASCII
+  std::vector<uint8_t> present_;  // those counted, less 0x80
+  std::vector<int32_t> sums_;     // by column of the costs, in their units
   size_t seen_ = 0;
   size_t counted_ = 0;  // of them, in cost()
 };

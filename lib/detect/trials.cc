@@ -1,12 +1,15 @@
 #include "lib/detect/trials.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
-#include <cstring>
+#include <bit>
+#include <iterator>
 #include <optional>
 #include <utility>
 
 #include "lib/detect/charset_table.h"
-#include "lib/detect/focus.h"
+#include "lib/detect/placement.h"
 
 namespace orva {
 
@@ -17,82 +20,60 @@ namespace {
 constexpr double kMostMissing = 0.2;
 constexpr double kMostOdd = 1.5;
 
-// Bytes of a piece, and how many of the pieces that follow each other are asked about far apart.
-constexpr size_t kPiece = 32;
-constexpr size_t kFirstPiece = 14;
-constexpr size_t kStride = 16;
+// The least of some columns: base + sums * unit, and the same with what is extra.
+struct Least {
+  double cost = kNoCost;
+  double with_extra = kNoCost;
+};
 
-// Texts that differ have other ones, as a rule.
-uint64_t print_of(std::string_view text) {
-  uint64_t print = text.size();
-  while (!text.empty()) {
-    uint64_t word = 0;
-    memcpy(&word, text.data(), std::min(text.size(), sizeof(word)));
-    print = (print ^ word) * 0x9E3779B97F4A7C15U;
-    print ^= print >> 29;
-    text.remove_prefix(std::min(text.size(), sizeof(word)));
+struct Columns {
+  const double* base;
+  const double* extra;
+  const double* barred;
+  const double* sums;
+};
+
+// REQUIRES: an even number of columns.
+Least least_of_columns(const Columns& columns, size_t count, double unit) {
+  const __m128d units = _mm_set1_pd(unit);
+  __m128d cost = _mm_set1_pd(kNoCost);
+  __m128d with_extra = cost;
+  for (size_t k = 0; k < count; k += 2) {
+    const __m128d total = _mm_mul_pd(_mm_loadu_pd(columns.sums + k), units);
+    const __m128d now = _mm_add_pd(_mm_add_pd(_mm_loadu_pd(columns.base + k), total),
+                                   _mm_loadu_pd(columns.barred + k));
+    cost = _mm_min_pd(cost, now);
+    with_extra = _mm_min_pd(with_extra, _mm_add_pd(now, _mm_loadu_pd(columns.extra + k)));
   }
-  return print;
+  return {least_lane(cost), least_lane(with_extra)};
 }
 
 }  // namespace
 
-bool lacks_letters(const Rewriting& rewriting, const ByteCounts& counts,
-                   const Placement& placement) {
-  const uint64_t letters = placement.letters();
-  const double most = kMostMissing * static_cast<double>(letters);
-  return rewriting.lacks_more(counts, static_cast<uint64_t>(most), letters);
+uint64_t most_missing(uint64_t letters) {
+  return static_cast<uint64_t>(kMostMissing * static_cast<double>(letters));
 }
-
-TrialText::TrialText(std::vector<std::string> texts)
-    : segments(std::move(texts)), counts(segments) {
-  std::vector<Piece> in_order;
-  for (size_t s = 0; s < segments.size(); ++s) {
-    for (size_t from = 0; from < segments[s].size(); from += kPiece) {
-      const size_t to = std::min(from + kPiece, segments[s].size());
-      in_order.push_back({s, context_before(segments[s], from), from, to});
-      length += to - from;
-    }
-  }
-  for (const size_t first : {0, 8, 4, 12, 2, 10, 6, 14, 1, 9, 5, 13, 3, 11, 7, 15}) {
-    for (size_t i = first; i < in_order.size(); i += kStride) pieces.push_back(in_order[i]);
-  }
-  if (!pieces.empty()) cut_first();
-}
-
-// A few bytes tell most wrong readings.
-void TrialText::cut_first() {
-  Piece& first = pieces.front();
-  if (first.to - first.from < 2 * kFirstPiece) return;
-  Piece rest = first;
-  first.to = rest.from = first.from + kFirstPiece;
-  rest.context = context_before(segments[rest.segment], rest.from);
-  pieces.insert(pieces.begin() + 1, rest);
-}
-
-struct Trials::Answer {
-  uint64_t print = 0;  // of the text
-  std::string written;
-  std::vector<Part> parts;
-  CostSums sums;
-};
 
 // A reading in one home.
 struct Trials::InHome {
   const Home* home = nullptr;
-  const Rewriting* rewriting = nullptr;
-  size_t index = 0;  // of the home
-  CostSums sums;
-  size_t length = 0;  // of the pieces asked about
+  size_t index = 0;          // of the home
+  std::vector<double> sums;  // by column of its models: whole numbers, in their units
+  size_t length = 0;         // of the pieces asked about
+  Least least;
   bool alive = true;
+
+  double total(size_t i) const { return sums[i] * home->models.unit(); }
 };
 
 struct Trials::Trial {
   Reading* reading = nullptr;
+  const LetterCodes* codes = nullptr;
   std::optional<Placement> placement;
   Pool<InHome> homes;
-  double extra = 0;   // of the pieces asked about, whatever the language is
-  size_t length = 0;  // of the pieces asked about
+  size_t written = 0;  // the number of what was written last
+  double extra = 0;    // of the pieces asked about, whatever the language is
+  size_t length = 0;   // of the pieces asked about
   double least = kNoCost;
   double behind = 0;  // the best, when it gave up
   bool alive = true;
@@ -102,12 +83,35 @@ Trials::Trials(const Homes& homes) : homes_(homes) {}
 
 Trials::~Trials() = default;
 
-void Trials::start(const TrialText* text, const std::vector<double>* base) {
+void Trials::start(const TrialText* text, const std::vector<double>* base,
+                   const std::vector<double>* extra) {
   text_ = text;
   base_ = base;
   rival_ = kNoCost;
   trials_.clear();
-  answers_.resize(homes_.all().size());
+  all_ = homes_.all().data();
+  column_base_.assign(homes_.nb_columns(), kNoCost);
+  column_extra_.assign(homes_.nb_columns(), 0);
+  for (const Home& home : homes_.all()) {
+    for (size_t i = 0; i < home.languages.size(); ++i) {
+      column_base_[home.first_column + i] = (*base)[home.languages[i]];
+      column_extra_[home.first_column + i] = (*extra)[home.languages[i]];
+    }
+  }
+}
+
+// Whether a reading is not to be asked about in a home, for its letters are not there.
+bool Trials::lacks_letters(const HighBytes& missing, uint64_t most) const {
+  const ByteCounts& counts = text_->counts;
+  if (!counts.high.share(missing)) return false;
+  uint64_t sum = 0;
+  for (size_t w = 0; w < std::size(missing.words); ++w) {
+    for (uint64_t bits = counts.high.words[w] & missing.words[w]; bits != 0; bits &= bits - 1) {
+      sum += counts.of[0x80 + 64 * w + static_cast<size_t>(std::countr_zero(bits))];
+      if (sum > most) return true;
+    }
+  }
+  return false;
 }
 
 void Trials::add(Reading* reading) {
@@ -117,17 +121,17 @@ void Trials::add(Reading* reading) {
       kMostOdd * (static_cast<double>(placement.letters()) + 1)) {
     return;
   }
-  const std::vector<Rewriting>& rewritings = homes_.rewritings(charset);
+  const uint64_t most = most_missing(placement.letters());
+  const HighBytes* const missing = &homes_.missing(charset, 0);
   Trial& trial = trials_.add();
   trial.homes.clear();
   for (const size_t h : reading->possible->homes) {
-    if (lacks_letters(rewritings[h], text_->counts, placement)) continue;
-    const Home& home = homes_.all()[h];
+    if (lacks_letters(missing[h], most)) continue;
+    const Home& home = all_[h];
     InHome& in = trial.homes.add();
     in.home = &home;
     in.index = h;
-    in.rewriting = &rewritings[h];
-    in.sums.start(home.models);
+    in.sums.assign(home.models.width(), 0);
     in.length = 0;
     in.alive = true;
   }
@@ -136,6 +140,7 @@ void Trials::add(Reading* reading) {
     return;
   }
   trial.reading = reading;
+  trial.codes = &letter_codes_of(charset);
   trial.placement = placement;
   trial.extra = 0;
   trial.length = 0;
@@ -144,86 +149,76 @@ void Trials::add(Reading* reading) {
   trial.alive = true;
 }
 
-// What the pieces cost that were written last, in a home.
-const CostSums& Trials::answer(const HomeModels& models, std::string_view written,
-                               Pool<Answer>* known) {
-  const uint64_t print = print_of(written);
-  for (const Answer& answer : *known) {
-    if (answer.print == print && answer.written == written && answer.parts == parts_) {
-      return answer.sums;
-    }
-  }
-  Answer& answer = known->add();
-  answer.print = print;
-  answer.written = written;
-  answer.parts = parts_;
-  answer.sums.start(models);
-  for (const Part& part : parts_) {
-    answer.sums.add(written.substr(part.begin, part.end - part.begin), part.from - part.begin);
-  }
-  return answer.sums;
-}
-
-// Asks about the pieces from the `first` one to before the `last` one.
-void Trials::ask(size_t first, size_t last, Trial* trial) {
+// Writes the pieces from the `first` one to before the `last` one, to be asked about.
+void Trials::write(size_t first, size_t last, Trial* trial) {
   size_t length = 0;
   size_t room = 0;
   for (size_t i = first; i < last; ++i) {
     const TrialText::Piece& piece = text_->pieces[i];
     trial->extra += trial->placement->cost(text_->segments[piece.segment], piece.from, piece.to);
     length += piece.to - piece.from;
-    room += (piece.to - piece.context) * Rewriting::kLongest;
+    room += piece.to - piece.context;
   }
   trial->length += length;
-  if (written_.size() < room) written_.resize(room);
+  LetterCode* const begin = costs_.room(room);
+  LetterCode* end = begin;
+  parts_.clear();
+  for (size_t i = first; i < last; ++i) {
+    const TrialText::Piece& piece = text_->pieces[i];
+    const std::string_view segment = text_->segments[piece.segment];
+    LetterCode* const start = end;
+    LetterCode* const middle =
+        trial->codes->write(segment, piece.context, piece.from, start, start);
+    end = trial->codes->write(segment, piece.from, piece.to, start, middle);
+    parts_.push_back({static_cast<size_t>(start - begin), static_cast<size_t>(middle - begin),
+                      static_cast<size_t>(end - begin)});
+  }
+  trial->written = costs_.add(end, parts_);
   for (InHome& in : trial->homes) {
     if (!in.alive) continue;
-    char* const begin = written_.data();
-    char* end = begin;
-    parts_.clear();
-    for (size_t i = first; i < last; ++i) {
-      const TrialText::Piece& piece = text_->pieces[i];
-      const std::string& segment = text_->segments[piece.segment];
-      char* const start = end;
-      char* const middle = in.rewriting->write(segment, piece.context, piece.from, start, start);
-      end = in.rewriting->write(segment, piece.from, piece.to, start, middle);
-      parts_.push_back({static_cast<size_t>(start - begin), static_cast<size_t>(middle - begin),
-                        static_cast<size_t>(end - begin)});
-    }
-    const std::string_view written(begin, static_cast<size_t>(end - begin));
-    in.sums.add(answer(in.home->models, written, &answers_[in.index]));
+    costs_.want(trial->written, in.index);
     in.length += length;
+  }
+}
+
+void Trials::ask(size_t first, size_t last) {
+  costs_.start(homes_.all());
+  for (Trial& trial : trials_) {
+    if (trial.alive) write(first, last, &trial);
+  }
+  costs_.ask();
+  for (Trial& trial : trials_) {
+    if (!trial.alive) continue;
+    for (InHome& in : trial.homes) {
+      if (!in.alive) continue;
+      const double* const sums = costs_.sums(trial.written, in.index);
+      add_to(in.sums.data(), sums, in.sums.size());
+    }
   }
 }
 
 // Gives up homes that are neither near the cheapest nor near the likeliest of the languages.
 void Trials::compare(Trial* trial) {
-  const std::vector<double>& language_extra = *trial->reading->language_extra;
-  const std::vector<char>& possible = trial->reading->possible->marks;
   double least_in_all = kNoCost;
-  least_.clear();
   trial->least = kNoCost;
-  for (const InHome& in : trial->homes) {
-    least_.emplace_back(kNoCost, kNoCost);
-    for (size_t i = 0; i < in.home->languages.size() && in.alive; ++i) {
-      const size_t l = in.home->languages[i];
-      if (possible[l] == 0) continue;
-      const double cost = (*base_)[l] + in.sums.total(i);
-      least_.back().first = std::min(least_.back().first, cost);
-      least_.back().second = std::min(least_.back().second, cost + language_extra[l]);
-    }
-    trial->least = std::min(trial->least, least_.back().first);
-    least_in_all = std::min(least_in_all, least_.back().second);
+  for (InHome& in : trial->homes) {
+    if (!in.alive) continue;
+    const size_t first = in.home->first_column;
+    in.least = least_of_columns({column_base_.data() + first, column_extra_.data() + first,
+                                 trial->reading->possible->barred.data() + first, in.sums.data()},
+                                in.sums.size(), in.home->models.unit());
+    trial->least = std::min(trial->least, in.least.cost);
+    least_in_all = std::min(least_in_all, in.least.with_extra);
   }
-  for (size_t h = 0; h < least_.size(); ++h) {
-    trial->homes[h].alive =
-        least_[h].first <= trial->least + margin_ || least_[h].second <= least_in_all + margin_;
+  for (InHome& in : trial->homes) {
+    in.alive = in.alive && (in.least.cost <= trial->least + margin_ ||
+                            in.least.with_extra <= least_in_all + margin_);
   }
   trial->least += trial->extra + trial->reading->prior;
 }
 
 double Trials::rival_at(size_t asked) const {
-  const double least = *std::min_element(base_->begin(), base_->end());
+  const double least = least_of(base_->data(), base_->size());
   const double share = static_cast<double>(asked) / static_cast<double>(text_->length);
   return least + std::max(rival_ - least, 0.0) * share + margin_;
 }
@@ -237,18 +232,15 @@ bool Trials::is_told() const {
     alive = &trial;
   }
   if (alive == nullptr) return true;
-  double least = kNoCost;
-  double next = kNoCost;
+  TwoLeast two;
   for (const InHome& in : alive->homes) {
+    const size_t first = in.home->first_column;
     for (size_t i = 0; i < in.home->languages.size() && in.alive; ++i) {
-      const size_t l = in.home->languages[i];
-      if (alive->reading->possible->marks[l] == 0) continue;
-      double cost = (*base_)[l] + (*alive->reading->language_extra)[l] + in.sums.total(i);
-      if (cost < least) std::swap(cost, least);
-      next = std::min(next, cost);
+      two.add(column_base_[first + i] + column_extra_[first + i] + in.total(i) +
+              alive->reading->possible->barred[first + i]);
     }
   }
-  return next >= least + told_;
+  return two.next >= two.least + told_;
 }
 
 void Trials::run() {
@@ -260,10 +252,7 @@ void Trials::run() {
       asked_bytes += text_->pieces[i].to - text_->pieces[i].from;
     }
     double least = rival_ == kNoCost ? kNoCost : rival_at(asked_bytes);
-    for (Pool<Answer>& answers : answers_) answers.clear();
-    for (Trial& trial : trials_) {
-      if (trial.alive) ask(asked, until, &trial);
-    }
+    ask(asked, until);
     asked = until;
     if (asked == text_->pieces.size()) break;
     for (Trial& trial : trials_) {
@@ -296,15 +285,18 @@ void Trials::settle(Trial* trial) const {
   Reading& reading = *trial->reading;
   const double extra =
       trial->extra * stretch(trial->length) + trial->placement->whole_cost(text_->segments);
-  trial->least = kNoCost;
+  double least = kNoCost;
   for (const InHome& in : trial->homes) {
+    const size_t first = in.home->first_column;
+    const double times = stretch(in.length);
     for (size_t i = 0; i < in.home->languages.size(); ++i) {
-      const size_t l = in.home->languages[i];
-      if (reading.possible->marks[l] == 0) continue;
-      reading.costs[l] = (*base_)[l] + in.sums.total(i) * stretch(in.length) + extra;
-      trial->least = std::min(trial->least, reading.costs[l] + reading.prior);
+      const double cost = column_base_[first + i] + in.total(i) * times + extra +
+                          reading.possible->barred[first + i];
+      reading.costs[in.home->languages[i]] = cost;
+      least = std::min(least, cost);
     }
   }
+  trial->least = least + reading.prior;
 }
 
 // What a little of the text tells about the rest is too rough to pass those that were asked on.

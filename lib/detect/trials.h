@@ -12,41 +12,18 @@
 #define ORVA_LIB_DETECT_TRIALS_H_
 
 #include <cstddef>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "lib/detect/homes.h"
-#include "lib/detect/placement.h"
+#include "lib/detect/piece_costs.h"
 #include "lib/detect/pool.h"
 #include "lib/detect/readings.h"
-#include "lib/detect/rewriting.h"
+#include "lib/detect/trial_text.h"
 
 namespace orva {
 
-// Whether a reading is not to be asked about in a home, for its letters are not there.
-bool lacks_letters(const Rewriting& rewriting, const ByteCounts& counts,
-                   const Placement& placement);
-
-// What readings differ in, cut into pieces.
-struct TrialText {
-  struct Piece {
-    size_t segment;
-    size_t context;  // where the two bytes that models see in front of it begin
-    size_t from;
-    size_t to;
-  };
-
-  std::vector<std::string> segments;
-  ByteCounts counts;
-  std::vector<Piece> pieces;  // in the order in which they are asked about
-  size_t length = 0;          // of all pieces
-
-  explicit TrialText(std::vector<std::string> from);
-
- private:
-  void cut_first();
-};
+// How many of so many letters a home may lack in which a reading is asked about.
+uint64_t most_missing(uint64_t letters);
 
 class Trials {
  public:
@@ -55,8 +32,9 @@ class Trials {
   Trials(const Trials&) = delete;
   Trials& operator=(const Trials&) = delete;
 
-  // `base` is added to the costs of each language.
-  void start(const TrialText* text, const std::vector<double>* base);
+  // By language, `base` is added to the costs, and `extra` as well where languages are compared.
+  void start(const TrialText* text, const std::vector<double>* base,
+             const std::vector<double>* extra);
   // A reading of another kind, at `cost` for all of the text and its prior, is in the running.
   void set_rival(double cost) { rival_ = cost; }
   void add(Reading* reading);
@@ -71,18 +49,9 @@ class Trials {
   struct InHome;
   struct Trial;
 
-  // A piece as it was written: its context, and from where on it is asked about.
-  struct Part {
-    size_t begin;
-    size_t from;
-    size_t end;
-    bool operator==(const Part&) const = default;
-  };
-  // What some pieces cost in a home, as some readings write them.
-  struct Answer;
-
-  void ask(size_t first, size_t last, Trial* trial);
-  const CostSums& answer(const HomeModels& models, std::string_view written, Pool<Answer>* known);
+  bool lacks_letters(const HighBytes& missing, uint64_t most) const;
+  void write(size_t first, size_t last, Trial* trial);
+  void ask(size_t first, size_t last);
   void compare(Trial* trial);
   bool is_told() const;
   // What the rival may have cost at most when so much was asked about.
@@ -91,16 +60,18 @@ class Trials {
   static void keep_behind(const Trial& trial, double least);
 
   const Homes& homes_;
+  const Home* all_ = nullptr;  // of them
   const TrialText* text_ = nullptr;
   const std::vector<double>* base_ = nullptr;
+  // The same by column of all homes, and with what is added where languages are compared.
+  std::vector<double> column_base_;
+  std::vector<double> column_extra_;
   double margin_ = 60;
   double told_ = 80;
   double rival_ = kNoCost;
   Pool<Trial> trials_;
-  std::vector<std::pair<double, double>> least_;  // by home: cost, and with what the language costs
-  std::vector<Pool<Answer>> answers_;             // about the pieces that are asked about, by home
-  std::vector<Part> parts_;
-  std::string written_;  // of them, in a home
+  PieceCosts costs_;                     // of the pieces that are asked about
+  std::vector<PieceCosts::Part> parts_;  // of the text that was written last
 };
 
 }  // namespace orva

@@ -17,7 +17,7 @@ struct TrigramPlace {
   uint16_t count = 0;  // of entries, from first() on
 
   TrigramPlace() = default;
-  TrigramPlace(size_t first, uint16_t entries)
+  constexpr TrigramPlace(size_t first, uint16_t entries)
       : low(static_cast<uint16_t>(first)),
         high(static_cast<uint16_t>(first >> 16)),
         count(entries) {}

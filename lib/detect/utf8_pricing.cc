@@ -59,7 +59,8 @@ bool Utf8Pricing::is_told(const std::vector<double>& costs, double most) const {
 std::vector<double> Utf8Pricing::price(std::string_view text, const std::vector<char>& languages,
                                        double most) {
   ScriptCounts scripts;
-  const std::string plain = normalised(with_small_letters(main_text(text), &scripts));
+  std::string main;
+  const std::string plain = normalised(with_small_letters(main_text(text, &main), &scripts));
   std::vector<size_t> columns;
   for (size_t column = 0; column < models_.nb_models(); ++column) {
     const size_t language = language_of(column);

@@ -50,18 +50,25 @@ TEST(Focus, NormalisedTextKeepsCapitalsAndThatThereWasANumber) {
   EXPECT_EQ(orva::normalised("AB127 c"), "AB0 c");
 }
 
+using Segments = std::vector<std::string>;
+
+Segments high_segments(const std::string& text) {
+  const std::string framed = std::string(orva::kFront) + text;
+  std::vector<std::string_view> segments;
+  orva::find_high_segments(framed, &segments);
+  return {segments.begin(), segments.end()};
+}
+
 TEST(Focus, SegmentsHoldEveryTrigramWithAHighByteAndNoOther) {
-  using Segments = std::vector<std::string>;
-  EXPECT_EQ(orva::high_segments("plain"), Segments{});
-  EXPECT_EQ(orva::high_segments("caf\xE9 noir"), Segments{"af\xE9 n"});
-  EXPECT_EQ(orva::high_segments("\xE9t\xE9"), Segments{"\n\n\xE9t\xE9"});
-  EXPECT_EQ(orva::high_segments("a\xE9 bcdefg \xE9"), (Segments{"\na\xE9 b", "g \xE9"}));
+  EXPECT_EQ(high_segments("plain"), Segments{});
+  EXPECT_EQ(high_segments("caf\xE9 noir"), Segments{"af\xE9 n"});
+  EXPECT_EQ(high_segments("\xE9t\xE9"), Segments{"\n\n\xE9t\xE9"});
+  EXPECT_EQ(high_segments("a\xE9 bcdefg \xE9"), (Segments{"\na\xE9 b", "g \xE9"}));
 }
 
 TEST(Focus, DigitsDoNotCountAsContext) {
-  using Segments = std::vector<std::string>;
-  EXPECT_EQ(orva::high_segments("abc0\xE9"
-                                "0def"),
+  EXPECT_EQ(high_segments("abc0\xE9"
+                          "0def"),
             Segments{"bc0\xE9"
                      "0de"});
 }

@@ -43,16 +43,12 @@ class ScreeningTest : public testing::Test {
   }
 
   double cost(const std::string& bytes, const char* charset) {
-    screening_.start({bytes});
-    return screening_.cost(letters_of(charset));
-  }
-
-  const LetterCost* letters_of(const char* charset) const {
-    return tables_->homes().letters().of(find_charset_index(charset));
+    screening_.start({bytes}, tables_->homes().letters());
+    return screening_.cost(find_charset_index(charset));
   }
 
   LetterCost letter(const char* charset, unsigned char byte) const {
-    return letters_of(charset)[byte - 0x80];
+    return tables_->homes().letters().of(find_charset_index(charset), byte);
   }
 
   // What a detector answers.
@@ -102,7 +98,7 @@ TEST_F(ScreeningTest, AByteThatComesAgainAndAgainCountsAFewTimes) {
 TEST_F(ScreeningTest, ALongTextIsLookedAtInPart) {
   std::string varied;
   for (int i = 0; i < 5000; ++i) varied.push_back(static_cast<char>(0x80 + i % 128));
-  screening_.start({varied, varied});
+  screening_.start({varied, varied}, tables_->homes().letters());
   EXPECT_EQ(screening_.seen(), Screening::kMostSeen);
 }
 
