@@ -21,7 +21,7 @@ void CreditLists::add_now(Leaf leaf, uint32_t times) {
     return;
   }
   for (uint32_t now = 0; times != 0; times -= now) {
-    now = std::min(times, kMostCounted);
+    now = std::min(times, kMostTimes);
     List one;
     one.places[0] = leaf.place();
     one.times[0] = now;

@@ -24,8 +24,8 @@ namespace orva {
 
 class CreditLists {
  public:
-  static constexpr uint32_t kMostTimes = 63;  // of one that is added to a list
-  static constexpr size_t kMostAdded = 16;    // at once
+  static constexpr uint32_t kMostTimes = kMostTimesOfRow;  // of one that is added to a list
+  static constexpr size_t kMostAdded = 16;                 // at once
 
   CreditLists(const LeafTable* leaves, AddRows adder)
       : leaves_(leaves), adder_(adder), lists_(LeafTable::kNbWays) {}
@@ -57,7 +57,6 @@ class CreditLists {
 
  private:
   static constexpr size_t kLongest = 64;
-  static_assert(kLongest * kMostTimes <= kMostCounted);
   static constexpr size_t kFewAhead = 8;  // whose values are fetched before they are needed
   static_assert(kRowsAhead <= kFewAhead);
 

@@ -1,8 +1,8 @@
 // Lanes: the accumulator indices of a group, models and fact sets, in the order in which vectors
 // hold them.
 //
-// A lane of a row is two bytes: the quantised cost of a value and kThere, or 0 without a value.
-// Rows are added up with their lanes as words of 32 bits, the number of values in the upper 12 and
+// A lane of unigram costs is two bytes: the cost of a value and kThere, or 0 without a value. They
+// are added up with their lanes as words of 32 bits, the number of values in the upper 12 and
 // the sum of their costs in the lower 20, as long as a lane counts no more than kMostCounted
 // values.
 #ifndef ORVA_LIB_EVAL_LANES_H_
@@ -30,8 +30,6 @@ struct LaneValue {
   uint8_t cost;
   uint8_t there;
 };
-// Rows are aligned to so many bytes and found by how many of these units come before them.
-inline constexpr size_t kRowUnit = 32;
 // The count's lowest bit, once both bytes are words of 16 bits.
 inline constexpr uint8_t kThere = 1U << (kCountShift - 16);
 

@@ -102,9 +102,9 @@ Leaf LeafTable::decide_one(uint32_t id, std::span<const uint16_t> values) {
   }
   const uint8_t number = shape_of(mask);
   const RowShape& shape = shapes_[number];
-  const size_t nb_units = 1 + shape.nb_blocks * kUnitsOfBlock;
+  const size_t nb_units = size_t{2} + shape.nb_blocks;
   Unit* const units = units_.get() + used_;
-  if (nb_units > room_ - used_ || !fill(values, shape, units[1].lanes)) {
+  if (nb_units > room_ - used_ || !fill(values, shape, units + 1)) {
     return Leaf(kOneByOne, id);
   }
   units[0].models = all;
@@ -144,14 +144,16 @@ uint32_t LeafTable::set_of(Leaf leaf) const {
 }
 
 // False when there are two values for one index.
-bool LeafTable::fill(std::span<const uint16_t> values, const RowShape& shape,
-                     LaneValue* row) const {
-  std::fill_n(row, shape.nb_blocks * kBlockLanes, LaneValue());
+bool LeafTable::fill(std::span<const uint16_t> values, const RowShape& shape, Unit* row) const {
+  for (size_t u = 0; u <= shape.nb_blocks; ++u) row[u].row = RowUnit();
   for (const uint16_t value : values) {
     const unsigned lane = lane_of_[value_index(value)];
-    LaneValue& added = row[shape.place[lane / kBlockLanes] * kBlockLanes + lane % kBlockLanes];
-    if (added.there != 0) return false;
-    added = {static_cast<uint8_t>(value_cost(value)), kThere};
+    const size_t block = shape.place[lane / kBlockLanes];
+    uint32_t& there = row[0].row.there[block];
+    const uint32_t bit = uint32_t{1} << lane % kBlockLanes;
+    if ((there & bit) != 0) return false;
+    there |= bit;
+    row[1 + block].row.costs[lane % kBlockLanes] = static_cast<uint8_t>(value_cost(value));
   }
   return true;
 }

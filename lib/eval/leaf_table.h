@@ -73,7 +73,7 @@ class LeafTable {
   void decide(const uint32_t* ids, size_t n);
 
   const uint16_t* all_values() const { return all_values_; }
-  const LaneValue* all_rows() const { return units_[0].lanes; }
+  const RowUnit* all_rows() const { return &units_[0].row; }
   const RowShape& shape(uint8_t way) const { return shapes_[way - size_t{kRows}]; }
   size_t nb_ways() const { return kRows + shapes_.size(); }
 
@@ -90,13 +90,12 @@ class LeafTable {
   const ModelSet* all_sets() const { return &units_[0].models; }
 
  private:
-  union alignas(kRowUnit) Unit {
+  union alignas(32) Unit {
     Unit() {}
     ModelSet models;  // of each index, none, of some indices, before each row of its values
-    LaneValue lanes[kRowUnit / sizeof(LaneValue)];
+    RowUnit row;
   };
-  static_assert(sizeof(Unit) == kRowUnit);
-  static constexpr size_t kUnitsOfBlock = kBlockLanes * sizeof(LaneValue) / kRowUnit;
+  static_assert(sizeof(Unit) == sizeof(RowUnit));
 
   // The set of some values, by their indices, which many leaves have in common.
   struct Combined {
@@ -108,7 +107,7 @@ class LeafTable {
   static bool has_several(Leaf leaf) { return leaf.way() > kFew + 1 && leaf.way() < kNone; }
   size_t slot_of(uint32_t indices) const;
   bool combine(std::span<const uint16_t> values, const ModelSet& models);
-  bool fill(std::span<const uint16_t> values, const RowShape& shape, LaneValue* row) const;
+  bool fill(std::span<const uint16_t> values, const RowShape& shape, Unit* row) const;
   uint8_t shape_of(unsigned mask);
 
   const CLidMGroup* group_ = nullptr;

@@ -18,20 +18,20 @@
 namespace orva {
 namespace {
 
-struct alignas(64) FullRow {
-  LaneValue lanes[kLanes];
-};
-
-constexpr uint32_t kUnitsOfRow = sizeof(FullRow) / kRowUnit;
+// A row of all blocks.
+using FullRow = std::array<RowUnit, 1 + kNbBlocks>;
 
 // Half of the lanes have a value, half of these the largest.
 std::vector<FullRow> random_rows(std::mt19937* random, size_t count) {
   std::vector<FullRow> rows(count);
   for (FullRow& row : rows) {
-    for (LaneValue& lane : row.lanes) {
+    row.fill(RowUnit());
+    for (size_t lane = 0; lane < kLanes; ++lane) {
       const auto drawn = static_cast<uint32_t>((*random)());
-      lane = {static_cast<uint8_t>(drawn % 4 == 0 ? 255 : drawn >> 24), kThere};
-      if (drawn % 4 > 1) lane = {0, 0};
+      if (drawn % 4 > 1) continue;
+      row[0].there[lane / kBlockLanes] |= 1U << lane % kBlockLanes;
+      row[1 + lane / kBlockLanes].costs[lane % kBlockLanes] =
+          static_cast<uint8_t>(drawn % 4 == 0 ? 255 : drawn >> 24);
     }
   }
   return rows;
@@ -40,13 +40,12 @@ std::vector<FullRow> random_rows(std::mt19937* random, size_t count) {
 bool operator==(const LaneSums& a, const LaneSums& b) { return memcmp(&a, &b, sizeof a) == 0; }
 
 // Adds lane by lane.
-void add_naively(const RowShape& shape, const LaneValue* row, uint32_t times, LaneSums* sums) {
+void add_naively(const RowShape& shape, const FullRow& row, uint32_t times, LaneSums* sums) {
   for (size_t b = 0; b < shape.nb_blocks; ++b) {
     for (size_t i = 0; i < kBlockLanes; ++i) {
-      const LaneValue value = row[b * kBlockLanes + i];
       const size_t lane = shape.blocks[b] * kBlockLanes + i;
-      sums->counts[lane] += value.there != 0 ? times : 0;
-      sums->sums[lane] += value.cost * times;
+      sums->counts[lane] += (row[0].there[b] >> i & 1) * times;
+      sums->sums[lane] += row[1 + b].costs[i] * times;
     }
   }
 }
@@ -60,14 +59,14 @@ TEST(RowAdder, AllAddAlikeForEveryShape) {
     std::vector<uint32_t> times;
     LaneSums expected;
     for (uint32_t i = 0; i < rows.size(); ++i) {
-      places.push_back(i * kUnitsOfRow);
-      times.push_back(1 + static_cast<uint32_t>(random()) % 81);
-      add_naively(shape, rows[i].lanes, times.back(), &expected);
+      places.push_back(i * static_cast<uint32_t>(1 + kNbBlocks));
+      times.push_back(1 + static_cast<uint32_t>(random()) % kMostTimesOfRow);
+      add_naively(shape, rows[i], times.back(), &expected);
     }
     places.resize(rows.size() + kRowsAhead);
     for (const AddRows add : row_adders()) {
       LaneSums sums;
-      add(shape, rows[0].lanes, {places.data(), times.data(), rows.size()}, &sums);
+      add(shape, rows[0].data(), {places.data(), times.data(), rows.size()}, &sums);
       ASSERT_TRUE(sums == expected) << "mask " << mask;
     }
   }
@@ -75,14 +74,17 @@ TEST(RowAdder, AllAddAlikeForEveryShape) {
 
 TEST(RowAdder, ALaneCountsAsManyOfTheLargestAsIsPromised) {
   FullRow row;
-  std::fill_n(row.lanes, kLanes, LaneValue{255, kThere});
+  row.fill(RowUnit());
+  std::fill_n(row[0].there, kNbBlocks, ~uint32_t{0});
+  for (size_t b = 0; b < kNbBlocks; ++b) std::fill_n(row[1 + b].costs, kBlockLanes, uint8_t{255});
   const RowShape shape(0xFF);
-  const uint32_t places[1 + kRowsAhead] = {};
+  const uint32_t places[2 + kRowsAhead] = {};
+  const uint32_t times[] = {kMostTimesOfRow, kMostTimesOfRow};
   for (const AddRows add : row_adders()) {
     LaneSums sums;
-    add(shape, row.lanes, {places, &kMostCounted, 1}, &sums);
-    EXPECT_EQ(sums.counts[77], kMostCounted);
-    EXPECT_EQ(sums.sums[77], 255 * kMostCounted);
+    add(shape, row.data(), {places, times, 2}, &sums);
+    EXPECT_EQ(sums.counts[77], 2 * kMostTimesOfRow);
+    EXPECT_EQ(sums.sums[77], 2 * 255 * kMostTimesOfRow);
   }
 }
 
