@@ -76,7 +76,7 @@ void NumberedLeaves::count(const uint16_t* numbers, size_t n) {
   for (size_t i = 0; i < n; ++i) ++times[numbers[i]];
   nb_counted_ += n;
   if (nb_counted_ > kShortRun) return;
-  for (size_t i = 0; i < n; ++i) touched_.add(numbers[i] / kInBlock);
+  touched_.add<kInBlock>({numbers, n});
 }
 
 void NumberedLeaves::take_run(CreditLists* lists) {
@@ -91,7 +91,7 @@ void NumberedLeaves::take_run(CreditLists* lists) {
 }
 
 void NumberedLeaves::take_blocks(std::span<const uint16_t> blocks, CreditLists* lists) {
-  for (const uint16_t block : blocks) pending_.add(block);
+  pending_.add<1>(blocks);
   take_blocks_(this, blocks, lists);
 }
 

@@ -67,11 +67,18 @@ class NumberedLeaves {
   // Blocks, each once.
   class BlockList {
    public:
-    void add(size_t block) {
-      // So that no branch depends on whether it is there.
-      blocks_[count_] = static_cast<uint16_t>(block);
-      count_ += is_there_[block] ? 0 : 1;
-      is_there_[block] = true;
+    // Adds blocks[i] / divisor for each i.
+    template <uint16_t divisor>
+    void add(std::span<const uint16_t> blocks) {
+      size_t count = count_;
+      for (const uint16_t b : blocks) {
+        const uint16_t block = b / divisor;
+        // So that no branch depends on whether it is there.
+        blocks_[count] = block;
+        count += is_there_[block] ? 0 : 1;
+        is_there_[block] = true;
+      }
+      count_ = count;
     }
     std::span<const uint16_t> blocks() const { return {blocks_.data(), count_}; }
     void clear() {
