@@ -47,13 +47,44 @@ void add_sets_plain(const ModelSet* all, const CoverTimes* sets, size_t count, u
   add_covered<uint8_t, Words8>(all, sets, count, covered);
 }
 
+// Totals of a byte each hold that much.
+constexpr uint32_t kFew = 255;
+
+// When no model is covered more often than a byte tells: half as many vectors.
+__attribute__((target("avx2"))) void add_few_avx2(const ModelSet* all, const CoverTimes* sets,
+                                                  size_t count, uint16_t* covered) {
+  constexpr size_t kStep = 32;
+  const __m256i bit_of_lane = _mm256_set1_epi64x(static_cast<int64_t>(0x8040201008040201));
+  const __m256i byte_of_lane =
+      _mm256_setr_epi64x(0, 0x0101010101010101, 0x0202020202020202, 0x0303030303030303);
+  for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
+    __m256i totals[kAtOnce] = {};
+    for (const CoverTimes* s = sets; s != sets + count; ++s) {
+      const __m256i times = _mm256_set1_epi8(static_cast<int8_t>(s->times));
+      uint32_t bits[kAtOnce];
+      memcpy(bits, reinterpret_cast<const unsigned char*>(all[s->set].words) + from / 8,
+             sizeof bits);
+#pragma GCC unroll 8
+      for (size_t v = 0; v < kAtOnce; ++v) {
+        const __m256i bytes = _mm256_set1_epi32(static_cast<int>(bits[v]));
+        const __m256i chosen = _mm256_shuffle_epi8(bytes, byte_of_lane) & bit_of_lane;
+        totals[v] = _mm256_add_epi8(totals[v], _mm256_cmpeq_epi8(chosen, bit_of_lane) & times);
+      }
+    }
+    const auto* bytes = reinterpret_cast<const __m128i*>(totals);
+    for (size_t v = 0; v < 2 * kAtOnce; ++v) {
+      _mm256_store_si256(reinterpret_cast<__m256i*>(covered + from) + v,
+                         _mm256_cvtepu8_epi16(bytes[v]));
+    }
+  }
+}
+
 __attribute__((target("avx2"))) void add_sets_avx2(const ModelSet* all, const CoverTimes* sets,
-                                                   size_t count, uint32_t /*most*/,
-                                                   uint16_t* covered) {
+                                                   size_t count, uint32_t most, uint16_t* covered) {
+  if (most <= kFew) return add_few_avx2(all, sets, count, covered);
   add_covered<uint16_t, Words16>(all, sets, count, covered);
 }
 
-// Totals of a byte each, when no model is covered more often than one tells: half as many vectors.
 __attribute__((target("avx512bw"))) void add_few_avx512(const ModelSet* all, const CoverTimes* sets,
                                                         size_t count, uint16_t* covered) {
   constexpr size_t kNbWords = kMostModels / 64;
@@ -76,7 +107,6 @@ __attribute__((target("avx512bw"))) void add_few_avx512(const ModelSet* all, con
 __attribute__((target("avx512bw"))) void add_sets_avx512(const ModelSet* all,
                                                          const CoverTimes* sets, size_t count,
                                                          uint32_t most, uint16_t* covered) {
-  constexpr uint32_t kFew = 255;
   constexpr size_t kStep = 32;
   if (most <= kFew) return add_few_avx512(all, sets, count, covered);
   for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {

@@ -23,6 +23,17 @@ inline uint32_t more_than(const uint16_t* times, uint16_t most) {
   return static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(low, high))) ^ 0xFFFF;
 }
 
+// Bit i tells whether numbers[i], of a block, is not 0.
+uint32_t not_zero(const uint32_t* numbers) {
+  const auto* lanes = reinterpret_cast<const __m128i*>(numbers);
+  const auto zeros_in = [&](size_t i) {
+    return _mm_cmpeq_epi32(_mm_loadu_si128(lanes + i), __m128i());
+  };
+  const __m128i low = _mm_packs_epi32(zeros_in(0), zeros_in(1));
+  const __m128i high = _mm_packs_epi32(zeros_in(2), zeros_in(3));
+  return static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(low, high))) ^ 0xFFFF;
+}
+
 bool covers_sets(uint8_t way) { return way != LeafTable::kNone && way != LeafTable::kOneByOne; }
 
 }  // namespace
@@ -199,8 +210,8 @@ void NumberedLeaves::take_pending(PendingCovers* covers) {
 // Those of a block that cover nothing, or that are taken value by value.
 void NumberedLeaves::move_slowly(size_t block, PendingCovers* covers) {
   Block& b = blocks_[block];
-  for (size_t lane = 0; lane < kInBlock; ++lane) {
-    if (b.pending[lane] == 0) continue;
+  for (uint32_t bits = not_zero(b.pending); bits != 0; bits &= bits - 1) {
+    const auto lane = static_cast<size_t>(std::countr_zero(bits));
     const auto last_byte = static_cast<unsigned char>(b.named[lane] >> kPlaceBits);
     covers->add_uncovered(last_byte, b.pending[lane]);
     if (ways_[block] == LeafTable::kOneByOne) {
@@ -220,11 +231,11 @@ void NumberedLeaves::move_blocks_plain(NumberedLeaves* leaves, std::span<const u
     Block& b = leaves->blocks_[block];
     const PendingCovers::End end = covers->end();
     size_t nb_added = 0;
-    for (size_t lane = 0; lane < kInBlock; ++lane) {
+    for (uint32_t bits = not_zero(b.pending); bits != 0; bits &= bits - 1) {
+      const auto lane = static_cast<size_t>(std::countr_zero(bits));
       end.sets[nb_added] = b.sets[lane];
       end.times[nb_added] = b.pending[lane];
-      end.bytes[nb_added] = static_cast<uint8_t>(b.named[lane] >> kPlaceBits);
-      nb_added += b.pending[lane] != 0 ? 1 : 0;
+      end.bytes[nb_added++] = static_cast<uint8_t>(b.named[lane] >> kPlaceBits);
       b.pending[lane] = 0;
     }
     covers->added(nb_added);

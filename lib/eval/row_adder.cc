@@ -19,83 +19,104 @@ namespace {
 constexpr uint32_t kMostAtOnce = 255;
 static_assert(kMostTimesOfRow <= kMostAtOnce && kMostAtOnce * 255 <= 0xFFFF);
 
-// Which rows from `first` on come no more than kMostAtOnce times together: where they end.
-size_t end_of_some(const Credits& rows, size_t first) {
-  size_t end = first;
-  for (uint32_t times = 0; end < rows.count; ++end) {
-    times += rows.times[end];
-    if (times > kMostAtOnce) break;
-  }
-  return end;
-}
-
-// Adds `nb_blocks` blocks from block `from` of the rows on, the totals of which fit into the vector
-// registers. `Bytes` are half as long as `Words`.
-template <typename Bytes, typename Words, size_t nb_blocks>
-__attribute__((always_inline)) inline void add_blocks(const uint8_t* blocks, size_t from,
-                                                      const RowUnit* first_row, const Credits& rows,
-                                                      LaneSums* sums) {
-  constexpr size_t kStep = sizeof(Words) / sizeof(uint16_t);
-  constexpr size_t kInBlock = kBlockLanes / kStep;
-  constexpr size_t kNbVectors = nb_blocks * kInBlock;
-  Words bit_of_lane;
-  for (size_t i = 0; i < kStep; ++i) bit_of_lane[i] = static_cast<uint16_t>(1U << i);
-  for (size_t r = 0; r < rows.count;) {
-    Words totals[kNbVectors] = {};
-    Words counts[kNbVectors] = {};
-    for (const size_t end = end_of_some(rows, r); r < end; ++r) {
-      const RowUnit* const row = first_row + rows.places[r];
-      const auto times = static_cast<uint16_t>(rows.times[r]);
-#pragma GCC unroll 32
-      for (size_t v = 0; v < kNbVectors; ++v) {
-        const size_t block = from + v / kInBlock;
-        const uint8_t* const costs = row[1 + block].costs + v % kInBlock * kStep;
-        totals[v] += __builtin_convertvector(*reinterpret_cast<const Bytes*>(costs), Words) * times;
-        const uint32_t there = row->there[block] >> v % kInBlock * kStep;
-        const auto bits = static_cast<uint16_t>(there & ((1U << kStep) - 1));
-        counts[v] += ((bit_of_lane & bits) == bit_of_lane) & times;
-      }
-    }
-    for (size_t v = 0; v < kNbVectors; ++v) {
-      const size_t lane = blocks[from + v / kInBlock] * kBlockLanes + v % kInBlock * kStep;
-      for (size_t i = 0; i < kStep; ++i) {
-        sums->counts[lane + i] += counts[v][i];
-        sums->sums[lane + i] += totals[v][i];
-      }
-    }
-  }
-}
-
-// `at_once` blocks are added at once.
-template <typename Bytes, typename Words, size_t at_once>
-__attribute__((always_inline)) inline void add_rows(const RowShape& shape, const RowUnit* first_row,
-                                                    const Credits& rows, LaneSums* sums) {
-  size_t from = 0;
-  for (; from + at_once <= shape.nb_blocks; from += at_once) {
-    add_blocks<Bytes, Words, at_once>(shape.blocks, from, first_row, rows, sums);
-  }
-  for (; from < shape.nb_blocks; ++from) {
-    add_blocks<Bytes, Words, 1>(shape.blocks, from, first_row, rows, sums);
-  }
-}
-
 using Bytes8 = uint8_t __attribute__((vector_size(8), may_alias));
 using Words8 = uint16_t __attribute__((vector_size(16)));
-using Bytes16 = uint8_t __attribute__((vector_size(16), may_alias));
-using Words16 = uint16_t __attribute__((vector_size(32)));
-using Longs16 = uint32_t __attribute__((vector_size(64), may_alias));
 
-// Blocks whose totals leave some registers of 16 to the rest, of which there are 8 in 32 bit.
-constexpr size_t kAvx2AtOnce = sizeof(void*) == 8 ? 2 : 1;
+// Adds block number `b` of those that the rows hold.
+void add_block_plain(size_t block, size_t b, const RowUnit* first_row, const Credits& rows,
+                     LaneSums* sums) {
+  constexpr size_t kStep = 8;
+  constexpr size_t kNbVectors = kBlockLanes / kStep;
+  constexpr Words8 kBitOfLane = {1, 2, 4, 8, 16, 32, 64, 128};
+  for (size_t r = 0; r < rows.count;) {
+    Words8 totals[kNbVectors] = {};
+    Words8 counts[kNbVectors] = {};
+    uint32_t left = kMostAtOnce;
+    for (; r < rows.count && rows.times[r] <= left; ++r) {
+      left -= rows.times[r];
+      const RowUnit* const row = first_row + rows.places[r];
+      const auto times = static_cast<uint16_t>(rows.times[r]);
+#pragma GCC unroll 4
+      for (size_t v = 0; v < kNbVectors; ++v) {
+        const auto* const costs = reinterpret_cast<const Bytes8*>(row[1 + b].costs) + v;
+        totals[v] += __builtin_convertvector(*costs, Words8) * times;
+        const auto bits = static_cast<uint16_t>(row->there[b] >> v * kStep & 0xFF);
+        counts[v] += ((kBitOfLane & bits) == kBitOfLane) & times;
+      }
+    }
+    for (size_t i = 0; i < kBlockLanes; ++i) {
+      sums->counts[block * kBlockLanes + i] += counts[i / kStep][i % kStep];
+      sums->sums[block * kBlockLanes + i] += totals[i / kStep][i % kStep];
+    }
+  }
+}
+
+using Longs16 = uint32_t __attribute__((vector_size(64), may_alias));
 
 void add_rows_plain(const RowShape& shape, const RowUnit* first_row, const Credits& rows,
                     LaneSums* sums) {
-  add_rows<Bytes8, Words8, 1>(shape, first_row, rows, sums);
+  for (size_t b = 0; b < shape.nb_blocks; ++b) {
+    add_block_plain(shape.blocks[b], b, first_row, rows, sums);
+  }
+}
+
+// By hand, for half as many steps tell which lanes are there when these are bytes.
+template <size_t nb_blocks>
+__attribute__((target("avx2"))) void add_blocks_avx2(const uint8_t* blocks, size_t from,
+                                                     const RowUnit* first_row, const Credits& rows,
+                                                     LaneSums* sums) {
+  const __m256i bit_of_lane = _mm256_set1_epi64x(static_cast<int64_t>(0x8040201008040201));
+  const __m256i byte_of_lane =
+      _mm256_setr_epi64x(0, 0x0101010101010101, 0x0202020202020202, 0x0303030303030303);
+  for (size_t r = 0; r < rows.count;) {
+    __m256i totals[nb_blocks][2] = {};
+    __m256i counts[nb_blocks] = {};
+    uint32_t left = kMostAtOnce;
+    for (; r < rows.count && rows.times[r] <= left; ++r) {
+      left -= rows.times[r];
+      const RowUnit* const row = first_row + rows.places[r];
+      __builtin_prefetch(first_row + rows.places[r + kRowsAhead] + from);
+      const __m256i times = _mm256_set1_epi16(static_cast<int16_t>(rows.times[r]));
+      const __m256i short_times = _mm256_set1_epi8(static_cast<int8_t>(rows.times[r]));
+#pragma GCC unroll 8
+      for (size_t v = 0; v < nb_blocks; ++v) {
+        const auto* const costs = reinterpret_cast<const __m128i*>(row + 1 + from + v);
+#pragma GCC unroll 2
+        for (size_t half = 0; half < 2; ++half) {
+          const __m256i words = _mm256_cvtepu8_epi16(_mm_load_si128(costs + half));
+          totals[v][half] = _mm256_add_epi16(totals[v][half], _mm256_mullo_epi16(words, times));
+        }
+        const __m256i all = _mm256_set1_epi32(static_cast<int>(row->there[from + v]));
+        const __m256i bits = _mm256_shuffle_epi8(all, byte_of_lane) & bit_of_lane;
+        const __m256i there = _mm256_cmpeq_epi8(bits, bit_of_lane);
+        counts[v] = _mm256_add_epi8(counts[v], there & short_times);
+      }
+    }
+    for (size_t v = 0; v < nb_blocks; ++v) {
+      uint16_t words[kBlockLanes];
+      uint8_t bytes[kBlockLanes];
+      memcpy(words, totals[v], sizeof words);
+      memcpy(bytes, &counts[v], sizeof bytes);
+      const size_t first_lane = blocks[from + v] * kBlockLanes;
+      for (size_t i = 0; i < kBlockLanes; ++i) {
+        sums->sums[first_lane + i] += words[i];
+        sums->counts[first_lane + i] += bytes[i];
+      }
+    }
+  }
 }
 
 __attribute__((target("avx2"))) void add_rows_avx2(const RowShape& shape, const RowUnit* first_row,
                                                    const Credits& rows, LaneSums* sums) {
-  add_rows<Bytes16, Words16, kAvx2AtOnce>(shape, first_row, rows, sums);
+  // Blocks whose totals leave some registers of 16 to the rest, of which there are 8 in 32 bit.
+  constexpr size_t kAtOnce = sizeof(void*) == 8 ? 3 : 1;
+  size_t from = 0;
+  for (; from + kAtOnce <= shape.nb_blocks; from += kAtOnce) {
+    add_blocks_avx2<kAtOnce>(shape.blocks, from, first_row, rows, sums);
+  }
+  for (; from < shape.nb_blocks; ++from) {
+    add_blocks_avx2<1>(shape.blocks, from, first_row, rows, sums);
+  }
 }
 
 __attribute__((target("avx512bw"))) inline void add_words(__m512i words, uint32_t* sums) {
