@@ -54,16 +54,15 @@ uint16_t TrigramNumbers::find_one(Trigram trigram) const {
   return numbers_[chunks_[chunk_of(trigram)] + trigram.first_byte()];
 }
 
-bool TrigramNumbers::set(Trigram trigram, uint16_t number) {
+uint16_t* TrigramNumbers::place_of(Trigram trigram) {
   uint32_t& chunk = chunks_[chunk_of(trigram)];
   if (chunk == 0) {
-    if (nb_used_ == kMostNumbers) return false;
+    if (nb_used_ == kMostNumbers) return nullptr;
     std::fill_n(numbers_.get() + nb_used_, kInChunk, kNone);
     chunk = nb_used_ - (trigram.first_byte() & ~(kInChunk - 1));
     nb_used_ += kInChunk;
   }
-  numbers_[chunk + trigram.first_byte()] = number;
-  return true;
+  return numbers_.get() + chunk + trigram.first_byte();
 }
 
 size_t TrigramNumbers::find(unsigned pair, const unsigned char* buf, size_t n, uint16_t* numbers,

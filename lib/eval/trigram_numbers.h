@@ -6,7 +6,8 @@
 //
 //   orva::TrigramNumbers numbers;
 //   const size_t unknown = numbers.find(pair, buf, n, found, places);
-//   if (!numbers.set(trigram, number)) numbers.clear();  // there is no room for it
+//   uint16_t* const place = numbers.place_of(trigram);
+//   if (place != nullptr) *place = number;
 //
 // Ownership:  its tables, outside the accounted memory.
 #ifndef ORVA_LIB_EVAL_TRIGRAM_NUMBERS_H_
@@ -42,8 +43,9 @@ class TrigramNumbers {
               uint16_t* places) const;
   uint16_t find_one(Trigram trigram) const;
 
-  // False when there is no room for another trigram; there is for kMostFound of them after clear.
-  bool set(Trigram trigram, uint16_t number);
+  // Where the number of a trigram is, or is to be stored if it has none. Null when there is no room
+  // for another trigram; there is for kMostFound of them after clear.
+  uint16_t* place_of(Trigram trigram);
   void clear();
 
  private:

@@ -108,16 +108,20 @@ bool TrigramScorer::learn_some(const Trigram* trigrams, size_t n, uint16_t* numb
   leaves_.decide(undecided, nb_undecided);
   for (size_t i = 0; i < n; ++i) leaves_.prefetch(leaves_.leaf(ids[i]));
   for (size_t i = 0; i < n; ++i) {
+    uint16_t* const number = numbers_.place_of(trigrams[i]);
+    if (number == nullptr) return false;
     // It may have come twice.
-    numbers[i] = numbers_.find_one(trigrams[i]);
-    if (numbers[i] != TrigramNumbers::kNone) continue;
-    numbers[i] = ids[i] == TrigramIndex::kNone
-                     ? NumberedLeaves::without_leaf(trigrams[i].last_byte())
-                     : numbered_.add(leaves_.leaf(ids[i]), leaves_.set_of(leaves_.leaf(ids[i])),
-                                     trigrams[i].last_byte());
-    if (numbers[i] == NumberedLeaves::kNone || !numbers_.set(trigrams[i], numbers[i])) return false;
+    if (*number == TrigramNumbers::kNone) *number = number_for(ids[i], trigrams[i].last_byte());
+    if (*number == TrigramNumbers::kNone) return false;
+    numbers[i] = *number;
   }
   return true;
+}
+
+uint16_t TrigramScorer::number_for(uint32_t leaf_id, unsigned char last_byte) {
+  if (leaf_id == TrigramIndex::kNone) return NumberedLeaves::without_leaf(last_byte);
+  const Leaf leaf = leaves_.leaf(leaf_id);
+  return numbered_.add(leaf, leaves_.set_of(leaf), last_byte);
 }
 
 uint32_t TrigramScorer::take_run(size_t n, uint32_t* sums, int* counts) {
