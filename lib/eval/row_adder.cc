@@ -41,7 +41,8 @@ void add_block_plain(size_t block, size_t b, const RowUnit* first_row, const Cre
         const auto* const costs = reinterpret_cast<const Bytes8*>(row[1 + b].costs) + v;
         totals[v] += __builtin_convertvector(*costs, Words8) * times;
         const auto bits = static_cast<uint16_t>(row->there[b] >> v * kStep & 0xFF);
-        counts[v] += ((kBitOfLane & bits) == kBitOfLane) & times;
+        const Words8 there = (kBitOfLane & bits) == kBitOfLane;
+        counts[v] += there & times;
       }
     }
     for (size_t i = 0; i < kBlockLanes; ++i) {
