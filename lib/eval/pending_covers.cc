@@ -6,7 +6,10 @@ PendingCovers::PendingCovers()
     : sets_(std::make_unique_for_overwrite<uint32_t[]>(kMost + kMostAdded)),
       times_(std::make_unique_for_overwrite<uint32_t[]>(kMost + kMostAdded)),
       bytes_(std::make_unique_for_overwrite<uint8_t[]>(kMost + kMostAdded)),
-      sorted_(std::make_unique_for_overwrite<CoverTimes[]>(kMost)) {}
+      sorted_(std::make_unique_for_overwrite<CoverTimes[]>(kMost)) {
+  // So that nothing fails half-way.
+  one_by_one_.reserve(kMost);
+}
 
 std::span<const ByteCover> PendingCovers::sort() {
   for (size_t i = 0; i < count_; ++i) counts_[bytes_[i]] += uint64_t{1} << kSetsShift | times_[i];
