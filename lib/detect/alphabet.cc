@@ -1,5 +1,6 @@
 #include "lib/detect/alphabet.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -135,7 +136,17 @@ Alphabet::Alphabet(const uint16_t* table, bool mainframe) {
   for (int b = 0; b < 256; ++b) {
     traits_[b] = traits_of(roles_[b]);
     places_[b] = place_of(traits_[b]);
+    if (b >= 0x80 && roles_[b].scripts != 0) add_letter(static_cast<unsigned char>(b));
   }
+}
+
+void Alphabet::add_letter(unsigned char byte) {
+  const uint32_t scripts = roles_[byte].scripts;
+  auto at = std::find_if(letters_.begin(), letters_.end(), [scripts](const ScriptLetters& letters) {
+    return letters.scripts == scripts;
+  });
+  if (at == letters_.end()) at = letters_.insert(at, {scripts, {}});
+  at->bytes.add(byte);
 }
 
 const Alphabet& alphabet_of(int charset) {

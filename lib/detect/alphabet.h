@@ -10,6 +10,7 @@
 #define ORVA_LIB_DETECT_ALPHABET_H_
 
 #include <cstdint>
+#include <vector>
 
 #include "lib/detect/characters.h"
 
@@ -64,6 +65,16 @@ enum BytePlace : uint8_t {
 };
 inline constexpr unsigned kPlaceBits = 4;
 
+// Some of the bytes above 0x7F.
+struct HighBytes {
+  uint64_t words[2] = {};
+
+  void add(unsigned char b) { words[b / 64 - 2] |= uint64_t{1} << b % 64; }
+  bool share(const HighBytes& other) const {
+    return ((words[0] & other.words[0]) | (words[1] & other.words[1])) != 0;
+  }
+};
+
 class Alphabet {
  public:
   // Of the charset that `table` decodes. Those of mainframes differ in ASCII signs, too, which are
@@ -73,11 +84,27 @@ class Alphabet {
   const ByteRole& operator[](int byte) const { return roles_[byte]; }
   uint32_t traits(int byte) const { return traits_[byte]; }
   unsigned place(unsigned char byte) const { return places_[byte]; }
+  // The bits of scripts that letters among these bytes can be of.
+  uint32_t scripts(const HighBytes& bytes) const {
+    uint32_t scripts = 0;
+    for (const ScriptLetters& letters : letters_) {
+      if (bytes.share(letters.bytes)) scripts |= letters.scripts;
+    }
+    return scripts;
+  }
 
  private:
+  // The bytes above 0x7F that are letters of the same scripts.
+  struct ScriptLetters {
+    uint32_t scripts;
+    HighBytes bytes;
+  };
+  void add_letter(unsigned char byte);
+
   ByteRole roles_[256];
   uint32_t traits_[256];
   uint8_t places_[256];
+  std::vector<ScriptLetters> letters_;
 };
 
 // REQUIRES: `charset` is the index of a single-byte one.

@@ -9,6 +9,7 @@
 #ifndef ORVA_LIB_DETECT_BYTE_BLOCKS_H_
 #define ORVA_LIB_DETECT_BYTE_BLOCKS_H_
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -75,26 +76,37 @@ inline size_t skip_ascii(std::string_view bytes, size_t i) {
                                     kHighBits) == 0) {
     i += 32;
   }
-  while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == 0) i += 8;
+  for (; i + 8 <= bytes.size(); i += 8) {
+    const uint64_t high = word_at(bytes, i) & kHighBits;
+    if (high != 0) return i + static_cast<size_t>(std::countr_zero(high)) / 8;
+  }
   while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
   return i;
 }
 
 // Position of the first byte below 0x80 from `i` on; the size when there is none.
 inline size_t skip_high(std::string_view bytes, size_t i) {
-  while (i + 8 <= bytes.size() && (word_at(bytes, i) & kHighBits) == kHighBits) i += 8;
+  for (; i + 8 <= bytes.size(); i += 8) {
+    const uint64_t low = ~word_at(bytes, i) & kHighBits;
+    if (low != 0) return i + static_cast<size_t>(std::countr_zero(low)) / 8;
+  }
   while (i < bytes.size() && static_cast<unsigned char>(bytes[i]) >= 0x80) ++i;
   return i;
 }
 
 // How many bytes are above 0x7F.
 inline size_t count_high(std::string_view bytes) {
-  constexpr uint64_t kOnes = 0x0101010101010101;
   size_t count = 0;
   size_t i = 0;
-  // Bits that are far apart are added up in the highest byte.
-  for (; i + 8 <= bytes.size(); i += 8) {
-    count += static_cast<size_t>(((word_at(bytes, i) & kHighBits) >> 7) * kOnes >> 56);
+  // Lanes of 8 bits take no more blocks.
+  constexpr size_t kMostBlocks = 255;
+  while (i + kByteBlock <= bytes.size()) {
+    ByteBlock lanes = {};
+    const size_t end = std::min(bytes.size(), i + kMostBlocks * kByteBlock);
+    for (; i + kByteBlock <= end; i += kByteBlock) {
+      lanes -= ByteBlock(block_at(bytes.data() + i) >= 0x80);
+    }
+    count += sum_of(lanes);
   }
   for (; i < bytes.size(); ++i) count += static_cast<unsigned char>(bytes[i]) >> 7;
   return count;

@@ -35,6 +35,16 @@ double prior_weight(uint64_t high) {
   return std::max(1.0, kPerRoot * std::sqrt(static_cast<double>(std::min(high, kMostPriced))));
 }
 
+int ascii_charset() {
+  static const int charset = find_charset_index("US-ASCII");
+  return charset;
+}
+
+int utf8_charset() {
+  static const int charset = find_charset_index("UTF-8");
+  return charset;
+}
+
 bool is_valid(const Evidence& evidence, const char* charset) {
   return evidence.decodes(find_charset_index(charset), true);
 }
@@ -73,8 +83,7 @@ bool looks_utf16(const Evidence& evidence) {
 
 bool is_binary(const Evidence& evidence) {
   if (evidence.has_binary_signature()) return true;
-  if (looks_ebcdic(evidence) || looks_utf16(evidence)) return false;
-  return has_many_controls(evidence);
+  return has_many_controls(evidence) && !looks_ebcdic(evidence) && !looks_utf16(evidence);
 }
 
 // The likeliest gets `probability`; the others share what it leaves, none more than it.
@@ -106,9 +115,8 @@ struct Decider::Task {
   const Restrictions& restrictions;
   const uint64_t high = evidence.high();
 
-  bool allows(const char* charset) const {
-    return restrictions.allows_charset(find_charset_index(charset));
-  }
+  bool allows(const char* charset) const { return allows(find_charset_index(charset)); }
+  bool allows(int charset) const { return restrictions.allows_charset(charset); }
 };
 
 Decision Decider::decide(const Evidence& evidence, std::string_view sample,
@@ -182,9 +190,9 @@ bool Decider::decide_by_escapes(const Task& task, Decision* decision) {
 
 bool Decider::decide_ascii(const Task& task, Decision* decision) {
   const Evidence& evidence = task.evidence;
-  if (evidence.high() != 0 || evidence.holds(0) || !task.allows("US-ASCII")) return false;
+  if (evidence.high() != 0 || evidence.holds(0) || !task.allows(ascii_charset())) return false;
   if (has_many_controls(evidence)) return false;
-  settle(task, find_charset_index("US-ASCII"), task.sample, Ground::kAscii, decision);
+  settle(task, ascii_charset(), task.sample, Ground::kAscii, decision);
   if (!holds_letters(evidence)) decision->candidates.back().language = -1;
   return true;
 }
@@ -208,8 +216,8 @@ bool Decider::decide_escapeless(const Task& task, Decision* decision) {
 bool Decider::decide_utf8(const Task& task, Decision* decision) {
   const MultiByteCheck& check = task.evidence.multi_byte(MultiByteKind::kUtf8);
   if (!check.valid() || check.wide() == 0 || task.evidence.holds(0)) return false;
-  if (!task.allows("UTF-8")) return false;
-  settle(task, find_charset_index("UTF-8"), task.sample, Ground::kUtf8, decision);
+  if (!task.allows(utf8_charset())) return false;
+  settle(task, utf8_charset(), task.sample, Ground::kUtf8, decision);
   return true;
 }
 
@@ -245,12 +253,10 @@ Candidate Decider::best_of(const Task& task, const Reading& reading, Grounds* gr
   Candidate best;
   best.cost = least_of(reading.costs.data(), reading.costs.size());
   if (best.cost == kNoCost) return best;
-  compared_ = reading.costs;
-  if (reading.language_extra != nullptr) {
-    add_to(compared_.data(), reading.language_extra->data(), compared_.size());
-  }
-  add_to(compared_.data(), language_priors_.data(), compared_.size());
-  const TwoLeast two = two_least(compared_.data(), compared_.size());
+  compared_.resize(reading.costs.size());
+  const auto& extra = reading.language_extra != nullptr ? *reading.language_extra : no_extra_;
+  const TwoLeast two = two_least_sums(reading.costs.data(), extra.data(), language_priors_.data(),
+                                      compared_.size(), compared_.data());
   if (two.least == kNoCost) return best;
   best.language = static_cast<int>(place_of(two.least, compared_.data(), compared_.size()));
   best.charset = name_for(reading, best.language, task);

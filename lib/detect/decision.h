@@ -53,7 +53,10 @@ struct Restrictions {
 class Decider {
  public:
   explicit Decider(const ModelTables& tables)
-      : tables_(tables), priors_(tables), pricing_(tables) {}
+      : tables_(tables),
+        priors_(tables),
+        pricing_(tables),
+        no_extra_(tables.languages().size(), 0) {}
 
   Decision decide(const Evidence& evidence, std::string_view sample,
                   const Restrictions& restrictions);
@@ -81,6 +84,7 @@ class Decider {
   Pool<Reading> readings_;
   std::vector<double> language_priors_;  // of the document
   std::vector<double> compared_;         // costs of a reading, by language
+  const std::vector<double> no_extra_;   // zeros
 };
 
 }  // namespace orva

@@ -1,5 +1,6 @@
 #include "lib/detect/escape_check.h"
 
+#include "lib/detect/byte_blocks.h"
 #include "lib/detect/double_byte_tables.h"
 
 namespace orva {
@@ -22,17 +23,18 @@ bool is_special(unsigned char c) {
   return c >= kHighBit || c == kEscape || c == kShiftOut || c == kShiftIn || c == '~';
 }
 
-// Position of the first special byte from `i` on. Blocks of a fixed size, looked through whole,
-// are what compilers turn into vector instructions.
+// The same of each of 16 bytes.
+ByteBlock specials_of(const ByteBlock& block) {
+  return ByteBlock(block >= kHighBit) | ByteBlock(block == kEscape) |
+         ByteBlock((block & 0xFE) == kShiftOut) | ByteBlock(block == '~');
+}
+
+// Position of the first special byte from `i` on.
 size_t skip_plain(std::string_view bytes, size_t i) {
-  constexpr size_t kBlock = 64;
-  for (; i + kBlock <= bytes.size(); i += kBlock) {
-    unsigned char specials = 0;
-    for (size_t k = 0; k < kBlock; ++k) {
-      const auto c = static_cast<unsigned char>(bytes[i + k]);
-      specials |= static_cast<unsigned char>(is_special(c) ? 1 : 0);
-    }
-    if (specials != 0) break;
+  static_assert(kShiftIn == (kShiftOut | 1));
+  for (; i + 2 * kByteBlock <= bytes.size(); i += 2 * kByteBlock) {
+    const char* const at = bytes.data() + i;
+    if (any(specials_of(block_at(at)) | specials_of(block_at(at + kByteBlock)))) break;
   }
   while (i < bytes.size() && !is_special(static_cast<unsigned char>(bytes[i]))) ++i;
   return i;

@@ -10,6 +10,8 @@ namespace {
 
 constexpr int kLongestRun = 3;
 constexpr size_t kContext = 2;
+// So many bytes between two are context of the one or the other, and the segments meet.
+constexpr size_t kSharedContext = 3;
 
 bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
@@ -79,9 +81,14 @@ size_t context_before(std::string_view text, size_t at) {
 }
 
 std::string normalised(std::string_view text) {
+  TextBuffer buffer;
+  return std::string(normalised(text, &buffer));
+}
+
+std::string_view normalised(std::string_view text, TextBuffer* buffer, bool wide) {
   static const Normal normal;
-  std::string out(text.size(), '\0');
-  char* const begin = out.data();
+  char* const begin = buffer->room(text.size() + kWideBlock);
+  if (wide) return {begin, copy_normal_wide(text, begin)};
   char* to = begin;
   char last = 0;
   int run = 0;
@@ -114,12 +121,12 @@ std::string normalised(std::string_view text) {
     to += blank && behind_blank ? 0 : 1;
     behind_blank = blank;
   }
-  out.resize(static_cast<size_t>(to - begin));
-  return out;
+  return {begin, static_cast<size_t>(to - begin)};
 }
 
 std::string_view with_few_high(std::string_view sample, size_t most_high) {
   constexpr size_t kBlock = 64;
+  if (count_high(sample) <= most_high) return sample;
   size_t high = 0;
   size_t i = 0;
   for (; i < sample.size(); i += kBlock) {
@@ -133,6 +140,21 @@ std::string_view with_few_high(std::string_view sample, size_t most_high) {
   return sample;
 }
 
+namespace {
+
+// Skips bytes above 0x7F, and others between two of them that are context of both.
+size_t skip_high_words(std::string_view text, size_t i) {
+  for (;;) {
+    i = skip_high(text, i);
+    size_t gap = 1;
+    while (gap <= kSharedContext && i + gap < text.size() && !is_high(text[i + gap])) ++gap;
+    if (gap > kSharedContext || i + gap >= text.size()) return i;
+    i += gap;
+  }
+}
+
+}  // namespace
+
 void find_high_segments(std::string_view framed, std::vector<std::string_view>* segments) {
   const std::string_view text = framed.substr(kFront.size());
   segments->clear();
@@ -140,7 +162,7 @@ void find_high_segments(std::string_view framed, std::vector<std::string_view>* 
   for (size_t i = skip_ascii(text, 0); i < text.size(); i = skip_ascii(text, i)) {
     size_t missing = kContext;
     const size_t begin = context_before(text, i, &missing);
-    i = skip_high(text, i);
+    i = skip_high_words(text, i);
     const size_t next = context_behind(text, i);
     if (segments->empty() || begin >= end) {
       // The first byte of a text is scored too, as if it stood at a line's beginning.

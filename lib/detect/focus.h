@@ -10,11 +10,16 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/detect/text_buffer.h"
+#include "lib/detect/wide_blocks.h"
+
 namespace orva {
 
 // The text as the models were trained on it: capitals folded, digits left out, runs cut to three.
 // Blanks stay, a run of them as one.
 std::string normalised(std::string_view text);
+// The same in a buffer, which `text` is not part of.
+std::string_view normalised(std::string_view text, TextBuffer* to, bool wide = has_wide_blocks());
 
 // The beginning of `sample` with at most `most_high` bytes above 0x7F.
 std::string_view with_few_high(std::string_view sample, size_t most_high);

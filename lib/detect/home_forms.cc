@@ -9,7 +9,10 @@ namespace orva {
 
 namespace {
 
-// Whether there are four equal bytes in a row. REQUIRES: HomeForms::kSlack bytes behind.
+// What stands behind a text, as far as blocks are looked at, is no run.
+constexpr unsigned char kNoRun[kByteBlock] = {1, 2, 3, 4, 5, 6, 7, 8, 1, 2, 3, 4, 5, 6, 7, 8};
+
+// Whether there are four equal bytes in a row. REQUIRES: kNoRun is behind them.
 bool has_run(const unsigned char* bytes, size_t size) {
   const auto* const text = reinterpret_cast<const char*>(bytes);
   for (size_t i = 0; i + 3 < size; i += kByteBlock) {
@@ -61,6 +64,7 @@ size_t HomeForms::fold(const LetterCode* begin, const LetterCode* from, const Le
   const size_t context = static_cast<size_t>(write(begin, from, folded) - folded);
   unsigned char* const to = write(from, end, folded + context);
   const auto size = static_cast<size_t>(to - folded);
+  memcpy(to, kNoRun, sizeof kNoRun);
   // Runs are cut, which few texts have.
   if (has_run(folded, size)) return fold_plain(begin, from, end, folded);
   if (context <= 2) return size;

@@ -1,7 +1,7 @@
 // Many costs added up and compared, two at a time.
 //
-//   orva::TwoLeast two = orva::two_least(costs, count);
-//   size_t best = orva::place_of(two.least, costs, count);   // the first such
+//   orva::TwoLeast two = orva::two_least_sums(costs, more, priors, count, sums);
+//   size_t best = orva::place_of(two.least, sums, count);   // the first such
 //
 // Ownership: none; plain functions.
 // Threads:   any number.
@@ -48,28 +48,26 @@ struct TwoLeast {
   }
 };
 
-inline TwoLeast two_least(const double* costs, size_t count) {
-  __m128d least[2] = {_mm_set1_pd(kNoCost), _mm_set1_pd(kNoCost)};
-  __m128d next[2] = {least[0], least[0]};
+// Those of sums of three costs each, added from the first to the last, which are put in `sums`.
+inline TwoLeast two_least_sums(const double* a, const double* b, const double* c, size_t count,
+                               double* sums) {
+  __m128d least = _mm_set1_pd(kNoCost);
+  __m128d next = least;
   size_t i = 0;
-  for (; i + 4 <= count; i += 4) {
-#pragma GCC unroll 2
-    for (size_t v = 0; v < 2; ++v) {
-      const __m128d now = _mm_loadu_pd(costs + i + 2 * v);
-      next[v] = _mm_min_pd(next[v], _mm_max_pd(now, least[v]));
-      least[v] = _mm_min_pd(least[v], now);
-    }
+  for (; i + 2 <= count; i += 2) {
+    const __m128d two = _mm_add_pd(_mm_loadu_pd(a + i), _mm_loadu_pd(b + i));
+    const __m128d now = _mm_add_pd(two, _mm_loadu_pd(c + i));
+    _mm_storeu_pd(sums + i, now);
+    next = _mm_min_pd(next, _mm_max_pd(now, least));
+    least = _mm_min_pd(least, now);
   }
-  TwoLeast two;
-#pragma GCC unroll 2
-  for (size_t v = 0; v < 2; ++v) {
-    double lanes[4];
-    _mm_storeu_pd(lanes, least[v]);
-    _mm_storeu_pd(lanes + 2, next[v]);
-    for (const double lane : lanes) two.add(lane);
-  }
-  for (; i < count; ++i) two.add(costs[i]);
-  return two;
+  TwoLeast all;
+  double lanes[4];
+  _mm_storeu_pd(lanes, least);
+  _mm_storeu_pd(lanes + 2, next);
+  for (const double lane : lanes) all.add(lane);
+  for (; i < count; ++i) all.add(sums[i] = a[i] + b[i] + c[i]);
+  return all;
 }
 
 // The first place of a cost that is there.

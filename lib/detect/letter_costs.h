@@ -48,7 +48,7 @@ class LetterCosts {
   }
   // A multiple of kStep.
   size_t width() const { return width_; }
-  static constexpr size_t kStep = 8;
+  static constexpr size_t kStep = 24;
   // Where a charset stands in rows.
   size_t column(int charset) const { return column_of_[static_cast<size_t>(charset)]; }
 

@@ -1,5 +1,7 @@
 #include "lib/detect/listed_models.h"
 
+#include <immintrin.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -10,31 +12,69 @@ namespace {
 // What is known to fewer models has no row.
 constexpr uint32_t kFewestForRow = 12;
 
-__attribute__((always_inline)) inline void add_all_rows(const uint8_t* const* rows,
-                                                        const uint8_t* const* by_byte, size_t count,
-                                                        size_t width, ListedSums::Known* all) {
-  constexpr size_t kStep = ListedModels::kRowStep;
-  for (size_t k = 0; k < width; k += kStep) {
-    // So few rows do not overflow. Loops of fixed length become vector operations.
-    uint16_t costs[kStep] = {};
-    uint16_t unigrams[kStep] = {};
-    uint8_t known[kStep] = {};
-    for (size_t r = 0; r < count; ++r) {
-      const uint8_t* const row = rows[r] + k;
-      const uint8_t* const marks = row + width;
-      const uint8_t* const unigram = by_byte[r] + k;
-      for (size_t j = 0; j < kStep; ++j) costs[j] = static_cast<uint16_t>(costs[j] + row[j]);
-      for (size_t j = 0; j < kStep; ++j) {
-        unigrams[j] = static_cast<uint16_t>(unigrams[j] + (marks[j] & unigram[j]));
-      }
-      for (size_t j = 0; j < kStep; ++j) known[j] = static_cast<uint8_t>(known[j] - marks[j]);
-    }
-    for (size_t j = 0; j < kStep; ++j) {
-      const uint64_t times = known[j] * ListedModels::kOne;
-      all[k + j].trigrams += costs[j] + times;
-      all[k + j].unigrams += unigrams[j] + times;
+void add_rows_plain(const ListedSums::Rows& rows, size_t count, size_t width,
+                    const ListedSums::RowSums& sums) {
+  for (size_t r = 0; r < count; ++r) {
+    const uint8_t* const marks = rows.costs[r] + width;
+    for (size_t k = 0; k < width; ++k) {
+      sums.costs[k] += rows.costs[r][k];
+      sums.unigrams[k] += marks[k] & rows.unigrams[r][k];
+      sums.known[k] += marks[k] & 1U;
     }
   }
+}
+
+__attribute__((target("avx2"))) inline __m128i load(const uint8_t* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+
+// Adds sixteen numbers to as many of 32 bits.
+__attribute__((target("avx2"))) inline void add_to(__m256i numbers, uint32_t* sums) {
+  for (const __m128i half :
+       {_mm256_castsi256_si128(numbers), _mm256_extracti128_si256(numbers, 1)}) {
+    auto* const at = reinterpret_cast<__m256i*>(sums);
+    _mm256_storeu_si256(at, _mm256_add_epi32(_mm256_loadu_si256(at), _mm256_cvtepu16_epi32(half)));
+    sums += 8;
+  }
+}
+
+// kSteps times sixteen columns from the `first` one on, whose sums stay in registers. So few rows
+// do not overflow.
+template <size_t kSteps>
+__attribute__((target("avx2"))) void add_steps(const ListedSums::Rows& rows, size_t count,
+                                               size_t first, size_t width,
+                                               const ListedSums::RowSums& sums) {
+  constexpr size_t kStep = ListedModels::kRowStep;
+  __m256i costs[kSteps] = {};
+  __m256i unigrams[kSteps] = {};
+  __m256i known[kSteps] = {};
+  for (size_t r = 0; r < count; ++r) {
+    const uint8_t* const row = rows.costs[r] + first;
+    const uint8_t* const unigram = rows.unigrams[r] + first;
+#pragma GCC unroll 2
+    for (size_t s = 0; s < kSteps; ++s) {
+      // All bits of a lane: -1.
+      const __m256i marks = _mm256_cvtepi8_epi16(load(row + width + s * kStep));
+      const __m256i unigram_costs = _mm256_cvtepu8_epi16(load(unigram + s * kStep));
+      costs[s] = _mm256_add_epi16(costs[s], _mm256_cvtepu8_epi16(load(row + s * kStep)));
+      unigrams[s] = _mm256_add_epi16(unigrams[s], _mm256_and_si256(marks, unigram_costs));
+      known[s] = _mm256_sub_epi16(known[s], marks);
+    }
+  }
+#pragma GCC unroll 2
+  for (size_t s = 0; s < kSteps; ++s) {
+    add_to(costs[s], sums.costs + first + s * kStep);
+    add_to(unigrams[s], sums.unigrams + first + s * kStep);
+    add_to(known[s], sums.known + first + s * kStep);
+  }
+}
+
+void add_rows_avx2(const ListedSums::Rows& rows, size_t count, size_t width,
+                   const ListedSums::RowSums& sums) {
+  constexpr size_t kTwo = 2 * ListedModels::kRowStep;
+  size_t first = 0;
+  for (; first + kTwo <= width; first += kTwo) add_steps<2>(rows, count, first, width, sums);
+  if (first < width) add_steps<1>(rows, count, first, width, sums);
 }
 
 // Neither half of a number grows into the other, so halves may be multiplied as numbers of their
@@ -53,19 +93,8 @@ __attribute__((always_inline)) inline void add_all_bytes(const uint64_t* unigram
   }
 }
 
-void add_rows_plain(const uint8_t* const* rows, const uint8_t* const* by_byte, size_t count,
-                    size_t width, ListedSums::Known* all) {
-  add_all_rows(rows, by_byte, count, width, all);
-}
-
 void add_bytes_plain(const uint64_t* unigrams, uint32_t times, size_t width, uint64_t* all) {
   add_all_bytes(unigrams, times, width, all);
-}
-
-__attribute__((target("avx2"))) void add_rows_avx2(const uint8_t* const* rows,
-                                                   const uint8_t* const* by_byte, size_t count,
-                                                   size_t width, ListedSums::Known* all) {
-  add_all_rows(rows, by_byte, count, width, all);
 }
 
 __attribute__((target("avx2"))) void add_bytes_avx2(const uint64_t* unigrams, uint32_t times,
@@ -162,29 +191,21 @@ void ListedModels::finish() {
   columns_ = {};
 }
 
-void ListedModels::find_entries(const unsigned char* bytes, size_t count, Entries* found) const {
-  index_.find_all(bytes, count, [&](size_t i, int known) {
-    found[i] = {};
-    if (known == KnownTrigrams::kNone) return;
-    const TrigramPlace& place = places_[static_cast<size_t>(known)];
-    if (place.count == TrigramPlace::kRow) {
-      found[i].row = rows_.data() + place.first() * 2 * width_;
-    } else {
-      found[i].begin = entries_.data() + place.first();
-      found[i].end = found[i].begin + place.count;
-    }
-  });
-}
-
 ListedSums::ListedSums(const ListedModels& models, Adders adders)
     : models_(models),
       adders_(adders),
       known_(models.width()),
+      row_costs_(models.width(), 0),
+      row_unigrams_(models.width(), 0),
+      row_known_(models.width(), 0),
       unigrams_(models.width(), 0),
       totals_(models.nb_models(), 0) {}
 
 void ListedSums::reset() {
   std::fill(known_.begin(), known_.end(), Known());
+  for (std::vector<uint32_t>* sums : {&row_costs_, &row_unigrams_, &row_known_}) {
+    std::fill(sums->begin(), sums->end(), 0);
+  }
   std::fill(unigrams_.begin(), unigrams_.end(), 0);
   std::fill(std::begin(counts_), std::end(counts_), 0);
   scored_ = 0;
@@ -192,36 +213,35 @@ void ListedSums::reset() {
 
 void ListedSums::add(std::string_view text) {
   walk_trigrams(text, 0, models_.folding(), [this](const unsigned char* bytes, size_t count) {
-    ListedModels::Entries found[kTrigramsAtOnce];
-    models_.find_entries(bytes, count, found);
-    const uint8_t* rows[kTrigramsAtOnce];
-    unsigned char lasts[kTrigramsAtOnce];
+    Rows rows;
     size_t nb_rows = 0;
+    // Looked up before any is looked at, so that look-ups do not wait for what was guessed wrong.
+    int numbers[kTrigramsAtOnce];
+    KnownTrigrams::Cursor cursor(models_.index(), bytes);
+    for (size_t i = 0; i < count; ++i) numbers[i] = cursor.next(bytes[i + 2]);
     for (size_t i = 0; i < count; ++i) {
       const unsigned char last = bytes[i + 2];
       ++counts_[last];
-      rows[nb_rows] = found[i].row;
-      lasts[nb_rows] = last;
-      nb_rows += found[i].row != nullptr ? 1 : 0;
+      const int number = numbers[i];
+      if (number == KnownTrigrams::kNone) continue;
+      const ListedModels::Entries found = models_.entries(number);
+      rows.costs[nb_rows] = found.row;
+      rows.unigrams[nb_rows] = models_.row_unigrams(last);
+      nb_rows += found.row != nullptr ? 1 : 0;
       const uint64_t* const unigrams = models_.unigrams(last);
-      for (const auto* entry = found[i].begin; entry != found[i].end; ++entry) {
+      for (const auto* entry = found.begin; entry != found.end; ++entry) {
         Known& known = known_[entry->column];
         known.trigrams += entry->q + ListedModels::kOne;
         known.unigrams += unigrams[entry->column];
       }
     }
-    add_rows(rows, lasts, nb_rows);
+    if (nb_rows == 0) return;
+    adders_.rows(rows, nb_rows, models_.width(),
+                 {row_costs_.data(), row_unigrams_.data(), row_known_.data()});
   });
 }
 
-void ListedSums::add_rows(const uint8_t* const* rows, const unsigned char* lasts, size_t count) {
-  if (count == 0) return;
-  const uint8_t* by_byte[kTrigramsAtOnce];
-  for (size_t r = 0; r < count; ++r) by_byte[r] = models_.row_unigrams(lasts[r]);
-  adders_.rows(rows, by_byte, count, models_.width(), known_.data());
-}
-
-void ListedSums::add_unigrams() {
+void ListedSums::take_bytes() {
   for (unsigned b = 0; b < 256; ++b) {
     if (counts_[b] == 0) continue;
     const uint64_t* const unigrams = models_.unigrams(static_cast<unsigned char>(b));
@@ -236,19 +256,20 @@ double ListedSums::total(size_t column) const {
   const auto high = [](uint64_t both) { return static_cast<int64_t>(both >> 32); };
   const ModelInfo& info = models_.info(column);
   const Known& known = known_[column];
-  const int64_t count = high(known.trigrams);
-  const int64_t by_byte = high(unigrams_[column]) - high(known.unigrams);
-  const int64_t by_byte_sum = low(unigrams_[column]) - low(known.unigrams);
+  const int64_t in_rows = row_known_[column];
+  const int64_t sum = low(known.trigrams) + row_costs_[column];
+  const int64_t count = high(known.trigrams) + in_rows;
+  const int64_t by_byte = high(unigrams_[column]) - high(known.unigrams) - in_rows;
+  const int64_t by_byte_sum = low(unigrams_[column]) - low(known.unigrams) - row_unigrams_[column];
   const int64_t unseen = static_cast<int64_t>(scored_) - count - by_byte;
-  return static_cast<double>(low(known.trigrams)) * info.step +
-         static_cast<double>(count) * info.least +
+  return static_cast<double>(sum) * info.step + static_cast<double>(count) * info.least +
          static_cast<double>(by_byte_sum) * info.unigram_step +
          static_cast<double>(by_byte) * info.unigram_least +
          kUnseenCost * static_cast<double>(unseen);
 }
 
 const std::vector<double>& ListedSums::totals() {
-  add_unigrams();
+  take_bytes();
   for (size_t i = 0; i < totals_.size(); ++i) totals_[i] = total(i);
   return totals_;
 }

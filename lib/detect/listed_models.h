@@ -62,9 +62,16 @@ class ListedModels {
   const ModelInfo& info(size_t column) const { return tables_.model(models_[column]); }
   const Folding& folding() const { return folding_; }
 
-  // Finds the entries of `count` trigrams that begin at bytes[0], bytes[1] and so on.
-  // REQUIRES: count <= kTrigramsAtOnce.
-  void find_entries(const unsigned char* bytes, size_t count, Entries* found) const;
+  // The numbers of the trigrams that any of the models knows, and what is known about one.
+  const KnownTrigrams& index() const { return index_; }
+  Entries entries(int number) const {
+    const TrigramPlace& place = places_[static_cast<size_t>(number)];
+    if (place.count == TrigramPlace::kRow) {
+      return {nullptr, nullptr, rows_.data() + place.first() * 2 * width_};
+    }
+    const Entry* const first = entries_.data() + place.first();
+    return {first, first + place.count, nullptr};
+  }
   // By column, width() of them: what the byte costs where its trigram is not known.
   const uint64_t* unigrams(unsigned char byte) const { return unigrams_.data() + byte * width_; }
   // The quantised costs alone, width() of them, for the columns that rows mark.
@@ -99,11 +106,20 @@ class ListedSums {
     uint64_t trigrams = 0;
     uint64_t unigrams = 0;
   };
-  // What adds up, for `width` columns: rows with what their last bytes cost, and a byte that came
-  // so many times.
+  // Rows of trigrams, and what their last bytes would have cost instead.
+  struct Rows {
+    const uint8_t* costs[kTrigramsAtOnce];  // and marks
+    const uint8_t* unigrams[kTrigramsAtOnce];
+  };
+  // By column: costs, those of last bytes where a row marks the column, and how many do.
+  struct RowSums {
+    uint32_t* costs;
+    uint32_t* unigrams;
+    uint32_t* known;
+  };
+  // What adds up, for `width` columns: rows, and a byte that came so many times.
   struct Adders {
-    void (*rows)(const uint8_t* const* rows, const uint8_t* const* by_byte, size_t count,
-                 size_t width, Known* known);
+    void (*rows)(const Rows& rows, size_t count, size_t width, const RowSums& sums);
     void (*bytes)(const uint64_t* unigrams, uint32_t times, size_t width, uint64_t* sums);
   };
   static Adders plain_adders();
@@ -118,18 +134,20 @@ class ListedSums {
   void add(std::string_view text);
   // Nats so far, by model.
   const std::vector<double>& totals();
+  // The same of one. REQUIRES: take_bytes since the last text.
+  double total(size_t column) const;
+  // Adds up what is known about bytes alone.
+  void take_bytes();
 
  private:
-  // Rows of trigrams, and the last bytes of these. REQUIRES: count <= kTrigramsAtOnce.
-  void add_rows(const uint8_t* const* rows, const unsigned char* lasts, size_t count);
-  void add_unigrams();
-  double total(size_t column) const;
-
   const ListedModels& models_;
   const Adders adders_;
-  std::vector<Known> known_;        // by column of a row
-  std::vector<uint64_t> unigrams_;  // of all bytes that were scored
-  uint32_t counts_[256] = {};       // of those not in unigrams_ yet
+  std::vector<Known> known_;            // by column, but for what rows say
+  std::vector<uint32_t> row_costs_;     // by column, of rows
+  std::vector<uint32_t> row_unigrams_;  // likewise
+  std::vector<uint32_t> row_known_;     // likewise
+  std::vector<uint64_t> unigrams_;      // of all bytes that were scored
+  uint32_t counts_[256] = {};           // of those not in unigrams_ yet
   uint64_t scored_ = 0;
   std::vector<double> totals_;
 };

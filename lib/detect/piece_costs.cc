@@ -104,14 +104,16 @@ void PieceCosts::ask() {
 void PieceCosts::ask(const Home& home, const Text& text, double* sums) {
   const LetterCode* const codes = codes_.data() + text.first;
   reserve(text.size * LetterForm::kLongest + HomeForms::kSlack, &folded_);
-  now_.assign(home.models.width(), 0);
+  const size_t width = home.models.width();
+  reserve(width, &now_);
+  std::fill_n(now_.begin(), width, 0);
   for (size_t p = text.first_part; p < text.first_part + text.nb_parts; ++p) {
     const Part& part = parts_[p];
     const size_t size =
         home.forms.fold(codes + part.begin, codes + part.from, codes + part.end, folded_.data());
     if (size > 2) home.models.add_costs(folded_.data(), size - 2, now_.data());
   }
-  to_doubles(now_.data(), now_.size(), sums);
+  to_doubles(now_.data(), width, sums);
 }
 
 }  // namespace orva

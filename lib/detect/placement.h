@@ -16,16 +16,6 @@
 
 namespace orva {
 
-// Some of the bytes above 0x7F.
-struct HighBytes {
-  uint64_t words[2] = {};
-
-  void add(unsigned char b) { words[b / 64 - 2] |= uint64_t{1} << b % 64; }
-  bool share(const HighBytes& other) const {
-    return ((words[0] & other.words[0]) | (words[1] & other.words[1])) != 0;
-  }
-};
-
 // How often each byte occurs in `texts`.
 struct ByteCounts {
   uint64_t of[256] = {};

@@ -93,8 +93,7 @@ void Pricing::price(std::string_view sample, const std::vector<char>& languages,
   }
   sample = with_few_high(sample, kMostHigh);
   priced_ = sample.size();
-  std::string main;
-  const std::string plain = normalised(main_text(sample, &main));
+  const std::string_view plain = normalised(main_text(sample, &main_), &plain_);
   text_.start(plain);
   ascii_.start(plain);
   for (Reading& reading : *readings) {
@@ -268,10 +267,8 @@ void Pricing::mark_possible(const ByteCounts& counts, Reading* reading) {
   const int front = reading->charsets.front();
   if (keeps_ascii(*reading)) {
     // Latin letters need not be there: ASCII is not counted.
-    uint32_t scripts = script_bit(kLatin) | script_bit(kAnyScript);
-    const Alphabet& alphabet = alphabet_of(front);
-    for (const unsigned char b : counts.present) scripts |= alphabet.traits(b);
-    written &= scripts;
+    const uint32_t scripts = script_bit(kLatin) | script_bit(kAnyScript);
+    written &= scripts | alphabet_of(front).scripts(counts.high);
   }
   reading->possible = &possible(written & kAllScripts);
 }

@@ -77,7 +77,10 @@ class Pricing {
   // Which languages the caller allows, and what that leaves for each set of scripts.
   std::vector<char> languages_;
   std::deque<PossibleLanguages> possible_;
-  TrialText text_;  // of the last sample
+  // Of the last sample: without markup, normalised, and cut into pieces.
+  TextBuffer main_;
+  TextBuffer plain_;
+  TrialText text_;
   Screening screening_;
   std::vector<double> screened_;  // by reading
   Trials trials_;

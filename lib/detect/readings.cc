@@ -50,9 +50,11 @@ const std::vector<CharsetFacts>& facts_of_charsets() {
 bool looks_wide(const Evidence& evidence, int charset) {
   const UnicodeCheck* const check = evidence.unicode(charset);
   if (check == nullptr || check->characters() < kFewestUnicode) return false;
-  if (check->cost() > kMostUnicodeCost) return false;
+  if (!check->valid()) return false;
+  const double cost = check->cost();
+  if (cost > kMostUnicodeCost) return false;
   // Text of ASCII letters, two of which together are one Chinese character.
-  const bool many = check->characters() >= kFewestChinese && check->cost() >= kLeastChineseCost;
+  const bool many = check->characters() >= kFewestChinese && cost >= kLeastChineseCost;
   return !many || evidence.high() * kBytesPerHigh >= evidence.length();
 }
 
@@ -146,9 +148,10 @@ class Present {
 
 // Puts the likelier one first, and among those alike the one that came first.
 void add_charset(int charset, Reading* reading) {
+  std::vector<int>& all = reading->charsets;
+  if (all.empty()) return all.push_back(charset);
   const std::vector<CharsetFacts>& facts = facts_of_charsets();
   const double prior = facts[static_cast<size_t>(charset)].prior;
-  std::vector<int>& all = reading->charsets;
   const auto at = std::find_if(all.begin(), all.end(), [&](int other) {
     return facts[static_cast<size_t>(other)].prior > prior;
   });
@@ -195,10 +198,11 @@ class SingleByteReadings {
   bool is_read_by(const Reading& reading, int charset, const uint16_t* table) const {
     if (reading.print != present_.print(charset)) return false;
     const bool keep_ascii =
-        prints().keeps_ascii(charset) && prints().keeps_ascii(reading.charsets.front());
+        prints_.keeps_ascii(charset) && prints_.keeps_ascii(reading.charsets.front());
     return present_.same(reading.table, table, keep_ascii);
   }
 
+  const Prints& prints_ = prints();
   const Present& present_;
   Pool<Reading>& readings_;
   // Numbers of readings from 1 on, 0 for none: by print, and of the next one with the like.

@@ -115,14 +115,24 @@ std::string_view Sample::text() {
 }
 
 std::string without_markup(std::string_view text) {
+  TextBuffer buffer;
+  return std::string(without_markup(text, &buffer));
+}
+
+std::string_view without_markup(std::string_view text, TextBuffer* buffer, bool wide) {
   static const TextKinds kinds;
-  std::string out(text.size(), '\0');
-  char* const begin = out.data();
+  char* const begin = buffer->room(text.size() + kWideBlock);
   char* to = begin;
   unsigned behind_blank = 0;
   for (size_t i = 0; i < text.size(); ++i) {
+    if (wide) {
+      bool blank = behind_blank != 0;
+      i += copy_plain_wide(text.substr(i), &to, &blank);
+      if (i == text.size()) break;
+      behind_blank = blank ? kBlank : kOther;
+    }
     // Blanks come in runs.
-    if (to != begin && kinds.of[static_cast<unsigned char>(text[i])] != kBlank) {
+    if (!wide && to != begin && kinds.of[static_cast<unsigned char>(text[i])] != kBlank) {
       i = copy_plain(text, i, &to);
       if (i == text.size()) break;
       behind_blank = kinds.of[static_cast<unsigned char>(to[-1])] & kBlank;
@@ -140,13 +150,12 @@ std::string without_markup(std::string_view text) {
     to += 1 - (kind & behind_blank);
     behind_blank = kind & kBlank;
   }
-  out.resize(static_cast<size_t>(to - begin));
-  return out;
+  return {begin, static_cast<size_t>(to - begin)};
 }
 
-std::string_view main_text(std::string_view text, std::string* plain) {
-  *plain = without_markup(text);
-  return 2 * count_high(*plain) < count_high(text) ? text : std::string_view(*plain);
+std::string_view main_text(std::string_view text, TextBuffer* to) {
+  const std::string_view plain = without_markup(text, to);
+  return 2 * count_high(plain) < count_high(text) ? text : plain;
 }
 
 }  // namespace orva

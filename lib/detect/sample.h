@@ -11,6 +11,9 @@
 #include <string>
 #include <string_view>
 
+#include "lib/detect/text_buffer.h"
+#include "lib/detect/wide_blocks.h"
+
 namespace orva {
 
 class Sample {
@@ -38,10 +41,13 @@ class Sample {
 // A copy without tags: "<" up to the next ">", when what follows "<" can begin a tag and the tag
 // ends within reach. Of a run of blanks one is kept.
 std::string without_markup(std::string_view text);
+// The same in a buffer, which `text` is not part of.
+std::string_view without_markup(std::string_view text, TextBuffer* to,
+                                bool wide = has_wide_blocks());
 
 // The same, unless most of what tells charsets apart stands within tags: then all of it.
-// It is in `plain`, or `text` itself.
-std::string_view main_text(std::string_view text, std::string* plain);
+// It is in the buffer, or `text` itself.
+std::string_view main_text(std::string_view text, TextBuffer* to);
 
 }  // namespace orva
 

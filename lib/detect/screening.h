@@ -27,15 +27,6 @@ class Screening {
   // Bytes above 0x7F that are looked at; more would tell the same.
   static constexpr size_t kMostSeen = 512;
 
-  void start(const std::vector<std::string_view>& texts, const LetterCosts& costs);
-  size_t seen() const { return seen_; }
-  // Nats, in which a byte that comes again and again counts a few times. REQUIRES: a single-byte
-  // charset that keeps ASCII.
-  double cost(int charset) const { return sums_[costs_->column(charset)] * LetterCost::kUnit; }
-  // How much more than the least a reading may cost that is worth asking about.
-  double margin() const;
-
- private:
   // How often a byte counts; in the order of what it costs.
   struct Counts {
     uint16_t alone = 0;
@@ -45,10 +36,28 @@ class Screening {
   };
   static_assert(sizeof(Counts) == sizeof(LetterCost));
 
+  // What adds up the costs of all columns for the bytes that are there.
+  using Adder = void (*)(const LetterCosts& costs, const Counts* counts,
+                         const std::vector<uint8_t>& present, int32_t* sums);
+  static Adder plain_adder();
+  // The fastest for this machine.
+  static Adder best_adder();
+
+  explicit Screening(Adder adder = best_adder()) : adder_(adder) {}
+
+  void start(const std::vector<std::string_view>& texts, const LetterCosts& costs);
+  size_t seen() const { return seen_; }
+  // Nats, in which a byte that comes again and again counts a few times. REQUIRES: a single-byte
+  // charset that keeps ASCII.
+  double cost(int charset) const { return sums_[costs_->column(charset)] * LetterCost::kUnit; }
+  // How much more than the least a reading may cost that is worth asking about.
+  double margin() const;
+
+ private:
   void count_all(const std::vector<std::string_view>& texts);
   void count(std::string_view text, size_t at);
-  void add_up(size_t first);
 
+  Adder adder_;
   const LetterCosts* costs_ = nullptr;
   Counts counts_[LetterCosts::kBytes];
   std::vector<uint8_t> present_;  // those counted, less 0x80

@@ -56,27 +56,36 @@ size_t make_small(char* from, size_t count) {
 }  // namespace
 
 std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
+  TextBuffer buffer;
+  return std::string(with_small_letters(text, scripts, &buffer));
+}
+
+std::string_view with_small_letters(std::string_view text, ScriptCounts* scripts,
+                                    TextBuffer* buffer) {
   static const LetterTable table;
-  std::string out(text);
+  char* const out = buffer->room(text.size());
+  if (!text.empty()) memcpy(out, text.data(), text.size());
   uint64_t counts[kAnyScript + 1] = {};
+  const auto byte_at = [text](size_t i) { return static_cast<unsigned char>(text[i]); };
   for (size_t at = 0; at < text.size();) {
-    const auto b = static_cast<unsigned char>(text[at]);
-    if (b < 0x80) {
+    if (byte_at(at) < 0x80) {
       const size_t end = skip_ascii(text, at);
-      counts[kLatin] += make_small(out.data() + at, end - at);
+      counts[kLatin] += make_small(out + at, end - at);
       at = end;
       continue;
     }
-    if (b < 0xE0) {
-      const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : 0);
-      if (b < 0xC2 || (next & 0xC0) != 0x80) {
-        ++at;
-        continue;
-      }
+    // Letters of two bytes follow each other.
+    for (; at + 1 < text.size(); at += 2) {
+      const unsigned char b = byte_at(at);
+      const unsigned char next = byte_at(at + 1);
+      if (b < 0xC2 || b >= 0xE0 || (next & 0xC0) != 0x80) break;
       const uint32_t value = (b & 0x1FU) << 6 | (next & 0x3FU);
-      std::copy_n(table.small[value], 2, out.data() + at);
+      memcpy(out + at, table.small[value], 2);
       ++counts[table.script[value]];
-      at += 2;
+    }
+    if (at == text.size() || byte_at(at) < 0x80) continue;
+    if (byte_at(at) < 0xE0) {
+      ++at;
       continue;
     }
     const Character character = read_utf8(text.substr(at, 4));
@@ -89,12 +98,12 @@ std::string with_small_letters(std::string_view text, ScriptCounts* scripts) {
     if (letter != character.value) {
       std::string written;
       append_utf8(letter, &written);
-      out.replace(at, written.size(), written);
+      memcpy(out + at, written.data(), written.size());
     }
     at += character.length;
   }
   for (int s = 0; s < kAnyScript; ++s) scripts->add_letters(static_cast<Script>(s), counts[s]);
-  return out;
+  return {out, text.size()};
 }
 
 }  // namespace orva

@@ -288,11 +288,13 @@ void Trials::settle(Trial* trial) const {
   double least = kNoCost;
   for (const InHome& in : trial->homes) {
     const size_t first = in.home->first_column;
+    const double* const base = column_base_.data() + first;
+    const double* const barred = reading.possible->barred.data() + first;
     const double times = stretch(in.length);
+    const size_t* language = in.home->languages.data();
     for (size_t i = 0; i < in.home->languages.size(); ++i) {
-      const double cost = column_base_[first + i] + in.total(i) * times + extra +
-                          reading.possible->barred[first + i];
-      reading.costs[in.home->languages[i]] = cost;
+      const double cost = base[i] + in.total(i) * times + extra + barred[i];
+      reading.costs[language[i]] = cost;
       least = std::min(least, cost);
     }
   }

@@ -114,37 +114,43 @@ const char* UnicodeCheck::charset() const {
   return big_endian_ ? "UTF-32BE" : "UTF-32LE";
 }
 
-// Reads units that stand for a character each as long as there is nothing odd about them.
-size_t UnicodeCheck::take_units(std::string_view bytes) {
-  static const UnitCosts costs;
-  const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
-  const size_t units = std::min(bytes.size() / 2, static_cast<size_t>(kMostPriced - characters_));
-  const char* at = bytes.data();
-  const char* const end = at + 2 * units;
-  uint64_t twice = 0;
-  const auto cost_at = [&costs = costs, swapped](const char* unit) -> unsigned {
-    uint16_t value;
-    memcpy(&value, unit, sizeof value);
-    return costs.twice[(swapped ? __builtin_bswap16(value) : value) >> 4];
-  };
-  for (; end - at >= 8; at += 8) {
-    const unsigned four[] = {cost_at(at), cost_at(at + 2), cost_at(at + 4), cost_at(at + 6)};
-    if (four[0] == 0 || four[1] == 0 || four[2] == 0 || four[3] == 0) break;
-    twice += four[0] + four[1] + four[2] + four[3];
-  }
-  for (; at != end; at += 2) {
-    const unsigned cost = cost_at(at);
-    if (cost == 0) break;
-    twice += cost;
-  }
-  const auto i = static_cast<size_t>(at - bytes.data());
-  characters_ += i / 2;
-  // Exact, since costs are multiples of a half.
-  cost_ += static_cast<double>(twice) / 2;
-  return i;
+void UnicodeCheck::reset() {
+  valid_ = true;
+  characters_ = 0;
+  nb_head_ = 0;
+  nb_carried_ = 0;
 }
 
-// Skips what is not priced, as far as whole blocks of plain characters go.
+Character UnicodeCheck::read(std::string_view bytes) const {
+  return width_ == 2 ? read_utf16(bytes, big_endian_) : read_utf32(bytes, big_endian_);
+}
+
+double UnicodeCheck::cost() const {
+  static const UnitCosts costs;
+  const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
+  const std::string_view head(head_, nb_head_);
+  const uint64_t priced = std::min(characters_, kMostPriced);
+  uint64_t twice = 0;
+  double sum = 0;
+  size_t i = 0;
+  for (uint64_t c = 0; c < priced; ++c) {
+    if (width_ == 2) {
+      uint16_t value;
+      memcpy(&value, head.data() + i, sizeof value);
+      const unsigned of_unit = costs.twice[(swapped ? __builtin_bswap16(value) : value) >> 4];
+      twice += of_unit;
+      i += of_unit != 0 ? sizeof value : 0;
+      if (of_unit != 0) continue;
+    }
+    const Character character = read(head.substr(i));
+    sum += cost_of(character.value);
+    i += character.length;
+  }
+  // Exact, since costs are multiples of a half.
+  return (sum + static_cast<double>(twice) / 2) / static_cast<double>(priced);
+}
+
+// Takes whole blocks of plain characters; returns how many bytes.
 size_t UnicodeCheck::take_blocks(std::string_view bytes) {
   const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
   size_t i = 0;
@@ -158,29 +164,38 @@ size_t UnicodeCheck::take_blocks(std::string_view bytes) {
   return i;
 }
 
+// Takes a character; false when none is there.
+bool UnicodeCheck::take_one(std::string_view bytes, size_t* i) {
+  const Character c = read(bytes.substr(*i));
+  if (c.state == Character::kCut) return false;
+  if (c.state == Character::kBad || c.value == 0 || is_noncharacter(c.value)) {
+    valid_ = false;
+    return false;
+  }
+  ++characters_;
+  *i += c.length;
+  return true;
+}
+
 size_t UnicodeCheck::take(std::string_view bytes) {
   size_t i = 0;
   while (i < bytes.size()) {
-    if (characters_ >= kMostPriced) {
-      i += take_blocks(bytes.substr(i));
-    } else if (width_ == 2) {
-      i += take_units(bytes.substr(i));
+    i += take_blocks(bytes.substr(i));
+    // What is odd about a block is somewhere in it.
+    const size_t until = std::min(bytes.size(), i + kBlock);
+    while (i < until) {
+      if (!take_one(bytes, &i)) return i;
     }
-    if (i == bytes.size()) break;
-    const std::string_view rest = bytes.substr(i);
-    const Character c = width_ == 2 ? read_utf16(rest, big_endian_) : read_utf32(rest, big_endian_);
-    if (c.state == Character::kCut) break;
-    if (c.state == Character::kBad || c.value == 0 || is_noncharacter(c.value)) {
-      valid_ = false;
-      break;
-    }
-    if (characters_++ < kMostPriced) cost_ += cost_of(c.value);
-    i += c.length;
   }
   return i;
 }
 
 void UnicodeCheck::feed(std::string_view bytes) {
+  if (valid_ && nb_head_ < sizeof head_) {
+    const size_t more = std::min(bytes.size(), sizeof head_ - nb_head_);
+    if (more != 0) memcpy(head_ + nb_head_, bytes.data(), more);
+    nb_head_ += more;
+  }
   while (valid_ && nb_carried_ != 0 && !bytes.empty()) {
     carried_[nb_carried_++] = bytes.front();
     bytes.remove_prefix(1);

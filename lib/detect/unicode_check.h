@@ -11,10 +11,11 @@
 #ifndef ORVA_LIB_DETECT_UNICODE_CHECK_H_
 #define ORVA_LIB_DETECT_UNICODE_CHECK_H_
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
+#include "lib/detect/utf_codec.h"
 
 namespace orva {
 
@@ -26,28 +27,31 @@ class UnicodeCheck {
   // `width` is 2 or 4 bytes a unit.
   UnicodeCheck(int width, bool big_endian) : width_(width), big_endian_(big_endian) {}
 
-  void reset() { *this = UnicodeCheck(width_, big_endian_); }
+  void reset();
   void feed(std::string_view bytes);
 
   // No surrogate out of place, nothing beyond Unicode, no NUL, no noncharacter.
   bool valid() const { return valid_; }
   uint64_t characters() const { return characters_; }
-  // Mean cost of a priced character in nats; meaningful when there are characters.
-  double cost() const { return cost_ / static_cast<double>(std::min(characters_, kMostPriced)); }
+  // Mean cost of a priced character in nats, found when it is asked for, which few documents need;
+  // meaningful when there are characters.
+  double cost() const;
   // The charset-table name.
   const char* charset() const;
 
  private:
   static constexpr size_t kLongest = 4;
   size_t take(std::string_view bytes);
-  size_t take_units(std::string_view bytes);
   size_t take_blocks(std::string_view bytes);
+  bool take_one(std::string_view bytes, size_t* i);
+  Character read(std::string_view bytes) const;
 
   int width_;
   bool big_endian_;
   bool valid_ = true;
   uint64_t characters_ = 0;
-  double cost_ = 0;
+  char head_[kMostPriced * kLongest];  // as much of the document as has a cost
+  size_t nb_head_ = 0;
   char carried_[kLongest] = {};
   size_t nb_carried_ = 0;
 };

@@ -15,6 +15,7 @@
 
 #include "lib/detect/homes.h"
 #include "lib/detect/model_tables.h"
+#include "lib/detect/text_buffer.h"
 
 namespace orva {
 
@@ -29,7 +30,7 @@ class Utf8Pricing {
   void set_margin(double nats) { margin_ = nats; }
 
  private:
-  std::vector<double> costs_so_far(const std::vector<size_t>& columns);
+  std::vector<double> costs_so_far();
   bool is_told(const std::vector<double>& costs, double most) const;
 
   size_t language_of(size_t column) const {
@@ -39,6 +40,11 @@ class Utf8Pricing {
   const ModelTables& tables_;
   const ListedModels& models_;
   ListedSums sums_;
+  // Of the text: without markup, in small letters, normalised.
+  TextBuffer main_;
+  TextBuffer small_;
+  TextBuffer plain_;
+  std::vector<size_t> columns_;  // of the models of languages that it can be in
   double margin_ = 80;
 };
 

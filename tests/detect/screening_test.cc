@@ -102,6 +102,18 @@ TEST_F(ScreeningTest, ALongTextIsLookedAtInPart) {
   EXPECT_EQ(screening_.seen(), Screening::kMostSeen);
 }
 
+TEST_F(ScreeningTest, VectorsAddUpWhatPlainLoopsDo) {
+  const std::string texts[] = {in("KOI8-R", kRussian), in("VISCII", kVietnamese), "a\xE9z \xFF",
+                               ""};
+  Screening plain(Screening::plain_adder());
+  for (const std::string& text : texts) {
+    plain.start({text}, tables_->homes().letters());
+    for (const char* charset : {"ISO-8859-1", "windows-1252", "KOI8-R", "VISCII", "IBM866"}) {
+      EXPECT_EQ(cost(text, charset), plain.cost(find_charset_index(charset))) << charset;
+    }
+  }
+}
+
 TEST_F(ScreeningTest, ItMayBeginAgain) {
   const double first = cost(in("KOI8-R", kRussian), "KOI8-R");
   cost(in("VISCII", kVietnamese), "VISCII");

@@ -81,8 +81,12 @@ TEST(TextTwin, TextsArePreparedAsByteByByte) {
   Random random(21);
   for (int run = 0; run < 20000; ++run) {
     const std::string text = text_of_bits(&random);
-    ASSERT_EQ(orva::normalised(text), orva::naive_normalised(text)) << text;
-    ASSERT_EQ(orva::without_markup(text), orva::naive_without_markup(text)) << text;
+    for (const bool wide : {false, orva::has_wide_blocks()}) {
+      orva::TextBuffer buffer;
+      ASSERT_EQ(orva::normalised(text, &buffer, wide), orva::naive_normalised(text)) << text;
+      ASSERT_EQ(orva::without_markup(text, &buffer, wide), orva::naive_without_markup(text))
+          << text;
+    }
     expect_same_small(text);
     size_t high = 0;
     for (const char c : text) high += static_cast<unsigned char>(c) >= 0x80 ? 1 : 0;

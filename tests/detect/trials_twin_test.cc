@@ -220,7 +220,10 @@ TEST(Least, VectorsCompareAsLoopsDo) {
     sorted.resize(count + 2, kNoCost);
     std::sort(sorted.begin(), sorted.end());
     EXPECT_EQ(least_of(costs.data(), count), sorted[0]);
-    const TwoLeast two = two_least(costs.data(), count);
+    const std::vector<double> none(count, 0);
+    std::vector<double> sums(count);
+    const TwoLeast two = two_least_sums(none.data(), costs.data(), none.data(), count, sums.data());
+    EXPECT_EQ(sums, costs);
     EXPECT_EQ(two.least, sorted[0]);
     EXPECT_EQ(two.next, sorted[1]);
     const auto first = std::find(costs.begin(), costs.end(), two.least);
