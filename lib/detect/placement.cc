@@ -1,6 +1,7 @@
 #include "lib/detect/placement.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace orva {
 
@@ -77,7 +78,8 @@ class LetterTriples {
 }  // namespace
 
 void ByteCounts::start(const std::vector<std::string_view>& texts) {
-  for (const unsigned char b : present) of[b] = 0;
+  // All of them: memory may have run out before the last ones were listed.
+  std::fill(std::begin(of), std::end(of), 0);
   present.clear();
   high = {};
   for (const std::string_view text : texts) {

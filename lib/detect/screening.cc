@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace orva {
 
@@ -82,7 +83,8 @@ void Screening::count(std::string_view text, size_t at) {
 }
 
 void Screening::count_all(const std::vector<std::string_view>& texts) {
-  for (const uint8_t b : present_) counts_[b] = {};
+  // All of them: memory may have run out before the last ones were listed.
+  std::fill(std::begin(counts_), std::end(counts_), Counts());
   present_.clear();
   counted_ = 0;
   seen_ = 0;

@@ -75,6 +75,23 @@ bool is_noncharacter(uint32_t value) {
   return (value & 0xFFFEU) == 0xFFFE || (value >= 0xFDD0 && value <= 0xFDEF);
 }
 
+// Adds the costs of units from `i` on, as long as there is nothing odd about them; returns where
+// one is, or the end.
+template <bool kSwapped>
+size_t price_units(std::string_view bytes, size_t i, uint64_t* twice) {
+  static const UnitCosts costs;
+  uint64_t sum = 0;
+  for (; i + 2 <= bytes.size(); i += 2) {
+    uint16_t value;
+    memcpy(&value, bytes.data() + i, sizeof value);
+    const unsigned of_unit = costs.twice[(kSwapped ? __builtin_bswap16(value) : value) >> 4];
+    if (of_unit == 0) break;
+    sum += of_unit;
+  }
+  *twice += sum;
+  return i;
+}
+
 constexpr size_t kBlock = 64;
 using Units = uint16_t __attribute__((vector_size(16)));
 using Values = uint32_t __attribute__((vector_size(16)));
@@ -126,25 +143,25 @@ Character UnicodeCheck::read(std::string_view bytes) const {
 }
 
 double UnicodeCheck::cost() const {
-  static const UnitCosts costs;
   const bool swapped = big_endian_ != (std::endian::native == std::endian::big);
   const std::string_view head(head_, nb_head_);
   const uint64_t priced = std::min(characters_, kMostPriced);
   uint64_t twice = 0;
   double sum = 0;
   size_t i = 0;
-  for (uint64_t c = 0; c < priced; ++c) {
+  for (uint64_t c = 0; c < priced;) {
     if (width_ == 2) {
-      uint16_t value;
-      memcpy(&value, head.data() + i, sizeof value);
-      const unsigned of_unit = costs.twice[(swapped ? __builtin_bswap16(value) : value) >> 4];
-      twice += of_unit;
-      i += of_unit != 0 ? sizeof value : 0;
-      if (of_unit != 0) continue;
+      const size_t most = i + 2 * static_cast<size_t>(priced - c);
+      const size_t end = swapped ? price_units<true>(head.substr(0, most), i, &twice)
+                                 : price_units<false>(head.substr(0, most), i, &twice);
+      c += (end - i) / 2;
+      i = end;
+      if (c == priced) break;
     }
     const Character character = read(head.substr(i));
     sum += cost_of(character.value);
     i += character.length;
+    ++c;
   }
   // Exact, since costs are multiples of a half.
   return (sum + static_cast<double>(twice) / 2) / static_cast<double>(priced);
@@ -164,6 +181,22 @@ size_t UnicodeCheck::take_blocks(std::string_view bytes) {
   return i;
 }
 
+// Takes the whole units of less than a block, if they are plain characters.
+size_t UnicodeCheck::take_rest(std::string_view bytes) {
+  const size_t size = bytes.size() - bytes.size() % static_cast<size_t>(width_);
+  if (bytes.size() >= kBlock || size == 0) return 0;
+  // What fills the block up is the same character again.
+  char block[kBlock];
+  for (size_t i = 0; i < kBlock; i += static_cast<size_t>(width_)) {
+    memcpy(block + i, bytes.data(), static_cast<size_t>(width_));
+  }
+  memcpy(block, bytes.data(), size);
+  const uint64_t before = characters_;
+  if (take_blocks({block, kBlock}) == 0) return 0;
+  characters_ = before + size / static_cast<size_t>(width_);
+  return size;
+}
+
 // Takes a character; false when none is there.
 bool UnicodeCheck::take_one(std::string_view bytes, size_t* i) {
   const Character c = read(bytes.substr(*i));
@@ -181,6 +214,7 @@ size_t UnicodeCheck::take(std::string_view bytes) {
   size_t i = 0;
   while (i < bytes.size()) {
     i += take_blocks(bytes.substr(i));
+    i += take_rest(bytes.substr(i));
     // What is odd about a block is somewhere in it.
     const size_t until = std::min(bytes.size(), i + kBlock);
     while (i < until) {

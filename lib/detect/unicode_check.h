@@ -43,6 +43,7 @@ class UnicodeCheck {
   static constexpr size_t kLongest = 4;
   size_t take(std::string_view bytes);
   size_t take_blocks(std::string_view bytes);
+  size_t take_rest(std::string_view bytes);
   bool take_one(std::string_view bytes, size_t* i);
   Character read(std::string_view bytes) const;
 
