@@ -168,7 +168,7 @@ bool Placement::has_lone_letters(const std::vector<std::string_view>& texts) con
   for (const std::string_view text : texts) {
     bool last = false;
     for (size_t i = 0; i < text.size(); ++i) {
-      const bool now = (traits_at(text, i) & kForeignTrait) != 0;
+      const bool now = (alphabet_->place(static_cast<unsigned char>(text[i])) & kForeignKind) != 0;
       if (last && now) return false;
       any = any || now;
       last = now;

@@ -65,12 +65,14 @@ std::string_view with_small_letters(std::string_view text, ScriptCounts* scripts
   static const LetterTable table;
   char* const out = buffer->room(text.size());
   if (!text.empty()) memcpy(out, text.data(), text.size());
-  uint64_t counts[kAnyScript + 1] = {};
+  // Letters that follow each other are counted apart, so that none waits for the last one's count.
+  constexpr size_t kApart = 4;
+  uint64_t counts[kApart][kAnyScript + 1] = {};
   const auto byte_at = [text](size_t i) { return static_cast<unsigned char>(text[i]); };
   for (size_t at = 0; at < text.size();) {
     if (byte_at(at) < 0x80) {
       const size_t end = skip_ascii(text, at);
-      counts[kLatin] += make_small(out + at, end - at);
+      counts[0][kLatin] += make_small(out + at, end - at);
       at = end;
       continue;
     }
@@ -81,7 +83,7 @@ std::string_view with_small_letters(std::string_view text, ScriptCounts* scripts
       if (b < 0xC2 || b >= 0xE0 || (next & 0xC0) != 0x80) break;
       const uint32_t value = (b & 0x1FU) << 6 | (next & 0x3FU);
       memcpy(out + at, table.small[value], 2);
-      ++counts[table.script[value]];
+      ++counts[at / 2 % kApart][table.script[value]];
     }
     if (at == text.size() || byte_at(at) < 0x80) continue;
     if (byte_at(at) < 0xE0) {
@@ -102,7 +104,11 @@ std::string_view with_small_letters(std::string_view text, ScriptCounts* scripts
     }
     at += character.length;
   }
-  for (int s = 0; s < kAnyScript; ++s) scripts->add_letters(static_cast<Script>(s), counts[s]);
+  for (int s = 0; s < kAnyScript; ++s) {
+    uint64_t sum = 0;
+    for (const auto& some : counts) sum += some[s];
+    scripts->add_letters(static_cast<Script>(s), sum);
+  }
   return {out, text.size()};
 }
 
