@@ -33,6 +33,9 @@ struct Home {
   HomeForms forms;
   HomeModels models;        // in the order of `languages`
   size_t first_column = 0;  // among the columns of all homes, in which each has its models' width
+
+  // As many as languages, or one more: costs are compared two at a time.
+  size_t nb_columns() const { return (languages.size() + 1) / 2 * 2; }
 };
 
 // What a reading can be in: languages, and the homes that have any of them.

@@ -87,7 +87,7 @@ void PieceCosts::want(size_t text, size_t home) {
   size_t& place = places_[text * homes_->size() + home];
   if (place != kNowhere) return;
   place = nb_sums_;
-  nb_sums_ += (*homes_)[home].models.width();
+  nb_sums_ += (*homes_)[home].nb_columns();
 }
 
 void PieceCosts::ask() {
@@ -113,7 +113,7 @@ void PieceCosts::ask(const Home& home, const Text& text, double* sums) {
         home.forms.fold(codes + part.begin, codes + part.from, codes + part.end, folded_.data());
     if (size > 2) home.models.add_costs(folded_.data(), size - 2, now_.data());
   }
-  to_doubles(now_.data(), width, sums);
+  to_doubles(now_.data(), home.nb_columns(), sums);
 }
 
 }  // namespace orva

@@ -131,7 +131,7 @@ void Trials::add(Reading* reading) {
     InHome& in = trial.homes.add();
     in.home = &home;
     in.index = h;
-    in.sums.assign(home.models.width(), 0);
+    in.sums.assign(home.nb_columns(), 0);
     in.length = 0;
     in.alive = true;
   }
