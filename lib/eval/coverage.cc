@@ -60,6 +60,7 @@ __attribute__((target("avx2"))) void add_few_avx2(const ModelSet* all, const Cov
   for (size_t from = 0; from < kMostModels; from += kAtOnce * kStep) {
     __m256i totals[kAtOnce] = {};
     for (const CoverTimes* s = sets; s != sets + count; ++s) {
+      __builtin_prefetch(&all[s[kSetsAhead].set]);
       const __m256i times = _mm256_set1_epi8(static_cast<int8_t>(s->times));
       uint32_t bits[kAtOnce];
       memcpy(bits, reinterpret_cast<const unsigned char*>(all[s->set].words) + from / 8,
@@ -91,6 +92,7 @@ __attribute__((target("avx512bw"))) void add_few_avx512(const ModelSet* all, con
   __m512i totals[kNbWords];
   for (__m512i& total : totals) total = _mm512_setzero_si512();
   for (const CoverTimes* s = sets; s != sets + count; ++s) {
+    __builtin_prefetch(&all[s[kSetsAhead].set]);
     const __m512i times = _mm512_set1_epi8(static_cast<int8_t>(s->times));
 #pragma GCC unroll 4
     for (size_t v = 0; v < kNbWords; ++v) {

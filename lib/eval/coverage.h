@@ -23,7 +23,8 @@ struct CoverTimes {
 
 // Stores in covered[m], for each model m of kMostModels, the times of the sets that have it
 // together, which for none of them are more than `most`. REQUIRES: most <= kMostCovered; `covered`
-// is aligned to 64 bytes.
+// is aligned to 64 bytes; kSetsAhead more sets can be read, whatever they are.
+inline constexpr size_t kSetsAhead = 8;
 using AddCovered = void (*)(const ModelSet* all, const CoverTimes* sets, size_t count,
                             uint32_t most, uint16_t* covered);
 inline constexpr uint32_t kMostCovered = 65535;

@@ -1,12 +1,14 @@
 #include "lib/eval/pending_covers.h"
 
+#include <algorithm>
+
 namespace orva {
 
 PendingCovers::PendingCovers()
     : sets_(std::make_unique_for_overwrite<uint32_t[]>(kMost + kMostAdded)),
       times_(std::make_unique_for_overwrite<uint32_t[]>(kMost + kMostAdded)),
       bytes_(std::make_unique_for_overwrite<uint8_t[]>(kMost + kMostAdded)),
-      sorted_(std::make_unique_for_overwrite<CoverTimes[]>(kMost)) {
+      sorted_(std::make_unique_for_overwrite<CoverTimes[]>(kMost + kSetsAhead)) {
   // So that nothing fails half-way.
   one_by_one_.reserve(kMost);
 }
@@ -25,6 +27,7 @@ std::span<const ByteCover> PendingCovers::sort() {
     end += nb_sets;
   }
   counts_.fill(0);
+  std::fill_n(end, kSetsAhead, CoverTimes());
   for (size_t i = 0; i < count_; ++i) *ends[bytes_[i]]++ = {sets_[i], times_[i]};
   count_ = 0;
   return {by_byte_.data(), nb_bytes};

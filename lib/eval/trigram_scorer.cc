@@ -170,10 +170,10 @@ void TrigramScorer::add_unigrams(int byte, uint32_t count, const CoverTimes* fir
     add(first, static_cast<size_t>(end - first), total);
     if (end == last) return;
     // The next one alone, as often as it takes.
-    CoverTimes part = *end;
-    for (uint32_t left = end->times; left != 0; left -= part.times) {
-      part.times = std::min(left, kMostCovered);
-      add(&part, 1, part.times);
+    CoverTimes part[1 + kSetsAhead] = {*end};
+    for (uint32_t left = end->times; left != 0; left -= part[0].times) {
+      part[0].times = std::min(left, kMostCovered);
+      add(part, 1, part[0].times);
     }
     first = end + 1;
   }
@@ -183,7 +183,7 @@ void TrigramScorer::add_unigrams(int byte, uint32_t count, const CoverTimes* fir
 void TrigramScorer::uncover_one_by_one(const PendingCovers::OneByOne& leaf) {
   constexpr size_t kMostValues = 127;
   constexpr uint32_t kMostTimes = kMostCovered / kMostValues;
-  CoverTimes sets[kMostValues];
+  CoverTimes sets[kMostValues + kSetsAhead] = {};
   for (uint32_t left = leaf.times; left != 0;) {
     const uint32_t now = std::min(left, kMostTimes);
     size_t nb_sets = 0;

@@ -104,9 +104,10 @@ void expect_all_add_alike(std::mt19937* random, size_t nb_sets, uint32_t most) {
       expected[m] = static_cast<uint16_t>(expected[m] + (is_in ? added.back().times : 0));
     }
   }
+  added.resize(nb_sets + kSetsAhead);
   for (const AddCovered add : cover_adders()) {
     alignas(64) std::array<uint16_t, kMostModels> covered;
-    add(sets.data(), added.data(), added.size(), total, covered.data());
+    add(sets.data(), added.data(), nb_sets, total, covered.data());
     EXPECT_EQ(covered, expected) << nb_sets << " sets, " << total << " times";
   }
 }
@@ -124,7 +125,7 @@ TEST(Coverage, AModelIsCoveredAsOftenAsIsPromised) {
   ModelSet all;
   std::fill(std::begin(all.words), std::end(all.words), ~uint64_t{0});
   for (const uint32_t most : {uint32_t{255}, uint32_t{256}, kMostCovered}) {
-    const CoverTimes added[] = {{0, 200}, {0, most - 200}};
+    const CoverTimes added[2 + kSetsAhead] = {{0, 200}, {0, most - 200}};
     for (const AddCovered add : cover_adders()) {
       alignas(64) std::array<uint16_t, kMostModels> covered;
       add(&all, added, 2, most, covered.data());
