@@ -55,6 +55,7 @@ class NumberedLeaves {
  private:
   static constexpr size_t kInBlock = CreditLists::kMostAdded;
   static constexpr size_t kNbBlocks = kMostNumbers / kInBlock;
+  static constexpr size_t kFoundAtOnce = 16;
 
   // The place of a leaf in the low bits, above it the last byte.
   static constexpr unsigned kPlaceBits = 24;
@@ -92,7 +93,8 @@ class NumberedLeaves {
     size_t count_ = 0;
   };
 
-  // Stores those of the first `nb_blocks` blocks in which a number has come.
+  // Stores those of the first `nb_blocks` blocks in which a number has come. There is room for
+  // kFoundAtOnce more than there are blocks.
   using FindBlocks = size_t (*)(const uint16_t* times, size_t nb_blocks, uint16_t* blocks);
   using TakeBlocks = void (*)(NumberedLeaves* leaves, std::span<const uint16_t> blocks,
                               CreditLists* lists);
@@ -123,9 +125,10 @@ class NumberedLeaves {
   size_t nb_counted_ = 0;
   BlockList touched_;  // in this run, if it is short
   BlockList pending_;
-  FindBlocks find_blocks_ = find_blocks_plain;
-  TakeBlocks take_blocks_ = take_blocks_plain;
-  MoveBlocks move_blocks_ = move_blocks_plain;
+  FindBlocks find_blocks_;
+  TakeBlocks take_blocks_;
+  MoveBlocks move_blocks_;
+  size_t short_run_;
 };
 
 }  // namespace orva

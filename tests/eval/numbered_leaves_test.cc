@@ -124,7 +124,7 @@ TEST_F(NumberedLeavesOf, RunsAreCreditedAndPendingAsOftenAsTheyCame) {
   add_all(&random);
   for (const bool plain : {false, true}) {
     if (plain) numbered_.use_plain_vectors();
-    for (const size_t length : {0, 1, 16, 700, 1500, 1501, 10000}) {
+    for (const size_t length : {0, 1, 16, 600, 601, 5000, 5001, 10000}) {
       // What is pending stays so until it is taken or forgotten.
       for (int runs = 0; runs < 2; ++runs) {
         const std::vector<uint16_t> run = random_run(&random, length);
