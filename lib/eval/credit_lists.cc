@@ -20,11 +20,11 @@ void CreditLists::add_now(Leaf leaf, uint32_t times) {
     }
     return;
   }
-  for (uint32_t now = 0; times != 0; times -= now) {
-    now = std::min(times, kMostTimes);
-    List one;
-    one.places[0] = leaf.place();
-    one.times[0] = now;
+  if (leaf.way() == LeafTable::kNone) return;
+  List one;
+  one.places[0] = leaf.place();
+  for (; times != 0; times -= one.times[0]) {
+    one.times[0] = std::min(times, kMostTimes);
     credit(leaf.way(), {one.places, one.times, 1});
   }
 }

@@ -51,7 +51,8 @@ class CreditLists {
 
   // What rows and what values credited.
   const LaneSums& by_lane() const { return by_lane_; }
-  // The number of values of an index in the upper half, the sum of their costs in the lower one.
+  // The number of values of an index in the upper half, the sum of their costs in the lower one, as
+  // long as that is below 2^32: 10000 times 127 values, the most of one run, are.
   uint64_t by_index(size_t index) const { return by_index_[0][index] + by_index_[1][index]; }
   void clear();
 

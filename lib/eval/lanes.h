@@ -1,10 +1,5 @@
 // Lanes: the accumulator indices of a group, models and fact sets, in the order in which vectors
 // hold them.
-//
-// A lane of unigram costs is two bytes: the cost of a value and kThere, or 0 without a value. They
-// are added up with their lanes as words of 32 bits, the number of values in the upper 12 and
-// the sum of their costs in the lower 20, as long as a lane counts no more than kMostCounted
-// values.
 #ifndef ORVA_LIB_EVAL_LANES_H_
 #define ORVA_LIB_EVAL_LANES_H_
 
@@ -21,19 +16,7 @@ inline constexpr size_t kLanes = 256;
 inline constexpr size_t kBlockLanes = 32;
 inline constexpr size_t kNbBlocks = kLanes / kBlockLanes;
 
-inline constexpr unsigned kCountShift = 20;
-inline constexpr uint32_t kSumMask = (1U << kCountShift) - 1;
-// The sum of that many values, each 255 at most, stays below the count.
-inline constexpr uint32_t kMostCounted = 4095;
-
-struct LaneValue {
-  uint8_t cost;
-  uint8_t there;
-};
-// The count's lowest bit, once both bytes are words of 16 bits.
-inline constexpr uint8_t kThere = 1U << (kCountShift - 16);
-
-// What rows add up to. All sums wrap at 32 bits.
+// What is added up, by lane or by model. All sums wrap at 32 bits.
 struct alignas(64) LaneSums {
   uint32_t counts[kLanes] = {};
   uint32_t sums[kLanes] = {};

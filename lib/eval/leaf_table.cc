@@ -57,19 +57,18 @@ void LeafTable::build(const CLidMGroup& group, const std::vector<int>& fact_of,
 std::span<const uint16_t> LeafTable::values(uint32_t id) const {
   // Kept: the number of values is a signed byte, so a leaf with 128 or more of them credits none.
   const uint32_t word = group_->lstates[id - 1];
-  return {group_->lstates_vals + leaf_first(word),
-          static_cast<size_t>(std::max(leaf_count(word), 0))};
+  if (leaf_count(word) <= 0) return {};
+  return {group_->lstates_vals + leaf_first(word), static_cast<size_t>(leaf_count(word))};
 }
 
 // In steps, so that the look-ups of one step need not wait for each other.
 void LeafTable::decide(const uint32_t* ids, size_t n) {
-  constexpr size_t kInCacheLine = 32;
   for (size_t i = 0; i < n; ++i) __builtin_prefetch(group_->lstates + ids[i] - 1);
   std::span<const uint16_t> values_of[kMostDecided];
   for (size_t i = 0; i < n; ++i) {
     values_of[i] = values(ids[i]);
     __builtin_prefetch(values_of[i].data());
-    __builtin_prefetch(values_of[i].data() + kInCacheLine);
+    if (values_of[i].size() > kMostFew) __builtin_prefetch(&values_of[i].back());
   }
   for (size_t i = 0; i < n; ++i) {
     if (leaves_[ids[i]].way() == kNotYet) {
@@ -79,9 +78,9 @@ void LeafTable::decide(const uint32_t* ids, size_t n) {
 }
 
 Leaf LeafTable::decide_one(uint32_t id, std::span<const uint16_t> values) {
-  const auto first = static_cast<uint32_t>(values.data() - group_->lstates_vals);
   const size_t count = values.size();
   if (count == 0) return Leaf(kNone, 0);
+  const auto first = static_cast<uint32_t>(values.data() - group_->lstates_vals);
   if (count == 1) return Leaf(kFew + 1, values[0]);
   unsigned mask = 0;
   uint64_t twice = 0;

@@ -59,8 +59,8 @@ class LeafTable {
   static constexpr size_t kNbWays = kRows + kMostShapes;
 
   // `fact_of[m]` is the accumulator index of the fact set of model m, or m itself without one. The
-  // group, which must outlive the table, has at most kMostLeaves leaves. Rows take `room` units at
-  // most.
+  // group, which must outlive the table, has at most kMostLeaves leaves. Rows and the sets of few
+  // values take `room` units at most; leaves for which there is none are taken value by value.
   static constexpr int kMostLeaves = (1 << 24) - 2;
   static constexpr size_t kRoom = 320000;  // 10 MB
   void build(const CLidMGroup& group, const std::vector<int>& fact_of, const LaneOrder& lane_of,
@@ -97,7 +97,8 @@ class LeafTable {
   };
   static_assert(sizeof(Unit) == sizeof(RowUnit));
 
-  // The set of some values, by their indices, which many leaves have in common.
+  // The set of some values, by their indices, which many leaves have in common. No others than
+  // values of model 0 alone have no index but 0, and a leaf that has two is taken value by value.
   struct Combined {
     uint32_t indices = 0;  // 0: none
     uint32_t set = 0;

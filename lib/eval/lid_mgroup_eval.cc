@@ -182,7 +182,7 @@ void CLidMGroupEval::step(unsigned char c) {
 void CLidMGroupEval::credit(uint32_t leaf_word, unsigned char c) {
   // Kept: the number of values is a signed byte, so a leaf with 128 or more of them credits none.
   const int count = std::max(orva::leaf_count(leaf_word), 0);
-  const uint16_t* values = group_->lstates_vals + orva::leaf_first(leaf_word);
+  const uint16_t* values = group_->lstates_vals + (count == 0 ? 0 : orva::leaf_first(leaf_word));
   for (int v = 0; v < count; ++v) {
     const int index = orva::value_index(values[v]);
     ++seen(c)[index];

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <bit>
 
-#include "lib/mgroup/group_format.h"
-
 namespace orva {
 namespace {
 
@@ -41,7 +39,8 @@ bool covers_sets(uint8_t way) { return way != LeafTable::kNone && way != LeafTab
 
 NumberedLeaves::NumberedLeaves() : times_(kMostNumbers), blocks_(kNbBlocks) {
   use_plain_vectors();
-  if (__builtin_cpu_supports("avx512bw") != 0 && __builtin_cpu_supports("bmi2") != 0) {
+  if (__builtin_cpu_supports("avx512bw") != 0 && __builtin_cpu_supports("bmi2") != 0 &&
+      __builtin_cpu_supports("popcnt") != 0) {
     find_blocks_ = find_blocks_avx512;
     take_blocks_ = take_blocks_avx512;
     move_blocks_ = move_blocks_avx512;
@@ -67,11 +66,11 @@ void NumberedLeaves::clear() {
   next_.fill(0);
   ways_.fill(LeafTable::kNone);
   // The numbers of the first block are not given out, of which one is none's.
-  for (uint32_t b = 0; b < kNbBytes; ++b) {
+  for (uint32_t b = 0; b < 256; ++b) {
     const auto byte = static_cast<unsigned char>(b);
     name(without_leaf(byte), 0, 0, byte);
   }
-  nb_blocks_ = 1 + kNbBytes / kInBlock;
+  nb_blocks_ = kNbGiven;
 }
 
 uint16_t NumberedLeaves::add(Leaf leaf, uint32_t set, unsigned char last_byte) {

@@ -29,6 +29,11 @@ class NumberedLeaves {
  public:
   static constexpr size_t kMostNumbers = 1 << 16;
   static constexpr uint16_t kNone = 0;
+  static constexpr size_t kInBlock = CreditLists::kMostAdded;
+  static constexpr size_t kNbBlocks = kMostNumbers / kInBlock;
+  static constexpr size_t kNbGiven = 1 + 256 / kInBlock;  // blocks, to none and to those without
+  // One block of each way may lack all but one.
+  static constexpr size_t kMostAfterClear = (kNbBlocks - kNbGiven - LeafTable::kNbWays) * kInBlock;
 
   NumberedLeaves();
   void use_plain_vectors();
@@ -40,7 +45,8 @@ class NumberedLeaves {
   static uint16_t without_leaf(unsigned char last_byte) {
     return static_cast<uint16_t>(kInBlock + last_byte);
   }
-  // REQUIRES: nothing is counted or pending.
+  // Takes all numbers back, after which kMostAfterClear are left whatever the ways. REQUIRES:
+  // nothing is counted or pending.
   void clear();
 
   // Counts trigrams of a run by their numbers. REQUIRES: at most 65535 in a run.
@@ -53,8 +59,6 @@ class NumberedLeaves {
   void forget_pending();
 
  private:
-  static constexpr size_t kInBlock = CreditLists::kMostAdded;
-  static constexpr size_t kNbBlocks = kMostNumbers / kInBlock;
   static constexpr size_t kFoundAtOnce = 16;
 
   // The place of a leaf in the low bits, above it the last byte.

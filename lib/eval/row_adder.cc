@@ -15,9 +15,8 @@ RowShape::RowShape(unsigned block_mask) : mask(static_cast<uint8_t>(block_mask))
 
 namespace {
 
-// Totals are words of 16 bits, which hold that many of the largest costs.
-constexpr uint32_t kMostAtOnce = 255;
-static_assert(kMostTimesOfRow <= kMostAtOnce && kMostAtOnce * 255 <= 0xFFFF);
+// Totals are words of 16 bits, which hold the largest cost as often as a row may come.
+static_assert(kMostTimesOfRow * 255 <= 0xFFFF);
 
 using Bytes8 = uint8_t __attribute__((vector_size(8), may_alias));
 using Words8 = uint16_t __attribute__((vector_size(16)));
@@ -31,7 +30,7 @@ void add_block_plain(size_t block, size_t b, const RowUnit* first_row, const Cre
   for (size_t r = 0; r < rows.count;) {
     Words8 totals[kNbVectors] = {};
     Words8 counts[kNbVectors] = {};
-    uint32_t left = kMostAtOnce;
+    uint32_t left = kMostTimesOfRow;
     for (; r < rows.count && rows.times[r] <= left; ++r) {
       left -= rows.times[r];
       const RowUnit* const row = first_row + rows.places[r];
@@ -72,7 +71,7 @@ __attribute__((target("avx2"))) void add_blocks_avx2(const uint8_t* blocks, size
   for (size_t r = 0; r < rows.count;) {
     __m256i totals[nb_blocks][2] = {};
     __m256i counts[nb_blocks] = {};
-    uint32_t left = kMostAtOnce;
+    uint32_t left = kMostTimesOfRow;
     for (; r < rows.count && rows.times[r] <= left; ++r) {
       left -= rows.times[r];
       const RowUnit* const row = first_row + rows.places[r];
@@ -138,7 +137,7 @@ __attribute__((target("avx512bw"))) void add_blocks_avx512(const uint8_t* blocks
   for (size_t r = 0; r < rows.count;) {
     __m512i totals[nb_blocks] = {};
     __m512i counts[nb_blocks] = {};
-    uint32_t left = kMostAtOnce;
+    uint32_t left = kMostTimesOfRow;
     for (; r < rows.count && rows.times[r] <= left; ++r) {
       left -= rows.times[r];
       const RowUnit* const row = first_row + rows.places[r];

@@ -40,13 +40,14 @@ size_t find_none(const uint16_t* numbers, size_t n, uint16_t* places) {
 }  // namespace
 
 TrigramNumbers::TrigramNumbers()
-    : chunks_(kNbChunks), numbers_(std::make_unique_for_overwrite<uint16_t[]>(kMostNumbers)) {
-  clear();
+    : chunks_(kNbChunks),
+      numbers_(std::make_unique_for_overwrite<uint16_t[]>(kMostNumbers)),
+      nb_used_(kNbNone) {
+  std::fill_n(numbers_.get(), kNbNone, kNone);
 }
 
 void TrigramNumbers::clear() {
   std::fill(chunks_.begin(), chunks_.end(), 0);
-  std::fill_n(numbers_.get(), kNbNone, kNone);
   nb_used_ = kNbNone;
 }
 

@@ -53,7 +53,7 @@ class TrigramNumbers {
   // before. Chunks that are not there find nothing but kNone.
   std::vector<uint32_t> chunks_;
   std::unique_ptr<uint16_t[]> numbers_;
-  uint32_t nb_used_ = 0;  // of these
+  uint32_t nb_used_;  // of these
 };
 
 }  // namespace orva

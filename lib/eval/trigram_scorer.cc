@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "lib/mgroup/group_format.h"
 #include "lib/mgroup/lid_mgroup.h"
 
 namespace orva {
@@ -28,7 +27,7 @@ void TrigramScorer::use_plain_vectors() {
   index_.use_plain_bits();
   numbered_.use_plain_vectors();
   lists_->use(row_adders().front());
-  unigram_rows_.use_plain_vectors();
+  unigram_rows_.use_adder(0);
   add_covered_ = cover_adders().front();
 }
 
@@ -48,6 +47,7 @@ void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
     now = std::min(n, TrigramNumbers::kMostFound);
     size_t nb_unknown = numbers_.find(pair, buf, now, numbers, unknown);
     if (nb_unknown != 0 && !learn(pair, buf, unknown, nb_unknown, numbers)) {
+      static_assert(NumberedLeaves::kMostAfterClear >= TrigramNumbers::kMostFound);
       forget_numbers();
       nb_unknown = numbers_.find(pair, buf, now, numbers, unknown);
       learn(pair, buf, unknown, nb_unknown, numbers);
@@ -95,6 +95,7 @@ bool TrigramScorer::learn(unsigned pair, const unsigned char* buf, const uint16_
 }
 
 bool TrigramScorer::learn_some(const Trigram* trigrams, size_t n, uint16_t* numbers) {
+  static_assert(NumberedLeaves::kNone == TrigramNumbers::kNone);
   static_assert(TrigramIndex::kMostFound <= LeafTable::kMostDecided);
   uint32_t ids[TrigramIndex::kMostFound];
   index_.find(trigrams, n, ids);

@@ -6,8 +6,8 @@
 //
 //   orva::TrigramScorer scorer;
 //   if (scorer.build(group, fact_of, first, count)) {
-//     scorer.feed(pair, buf, n);             // any number of times
-//     scorer.take_run(n, sums, counts);      // credited since then
+//     scorer.feed(pair, buf, n);             // each run, and after each
+//     scorer.take_run(n, sums, counts);      // what it credited
 //     use(scorer.unigrams());                // since reset
 //   }
 //
@@ -49,7 +49,8 @@ class TrigramScorer {
   int state_after(unsigned pair) const { return index_.state_after(pair); }
 
   void reset();
-  // Feeds bytes that come after the byte pair `pair`. REQUIRES: n <= kMostFed.
+  // Feeds bytes that come after the byte pair `pair`. REQUIRES: n <= kMostFed, and that what was
+  // fed before was taken.
   void feed(unsigned pair, const unsigned char* buf, size_t n);
 
   // Adds the quantised values that trigrams credited since the last call, and how many they are, to

@@ -12,17 +12,20 @@ bool UnigramRows::build(const std::vector<int>& fact_of, const UlpEntry* const* 
   nb_models_ = fact_of.size();
   for (size_t b = 0; b < rows_.size(); ++b) {
     for (const UlpEntry* e = first[b]; e != first[b] + count[b]; ++e) {
-      LaneValue& value = rows_[b].models[e->model];
+      Value& value = rows_[b].models[e->model];
       if (value.there != 0 || e->group != fact_of[e->model]) return false;
       value = {e->q, kThere};
     }
   }
-  if (__builtin_cpu_supports("avx2") != 0) add_ = add_avx2;
-  if (__builtin_cpu_supports("avx512bw") != 0) add_ = add_avx512;
   return true;
 }
 
-void UnigramRows::use_plain_vectors() { add_ = add_plain; }
+std::vector<UnigramRows::Add> UnigramRows::adders() {
+  std::vector<Add> all = {add_plain};
+  if (__builtin_cpu_supports("avx2") != 0) all.push_back(add_avx2);
+  if (__builtin_cpu_supports("avx512bw") != 0) all.push_back(add_avx512);
+  return all;
+}
 
 void UnigramRows::add(int byte, uint32_t count, const uint16_t* covered) {
   const Row& row = rows_[static_cast<size_t>(byte)];

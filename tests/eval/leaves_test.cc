@@ -91,6 +91,67 @@ TEST_F(Leaves, WithoutRoomForARowAreTakenValueByValue) {
   EXPECT_EQ(ways.count(LeafTable::kOneByOne), 1U);
 }
 
+TEST_F(Leaves, OfFewValuesWithoutRoomForTheirSetAreTakenValueByValue) {
+  PlainOptions o;
+  o.nb_models = 6;
+  o.density = 0.8;
+  o.built = true;
+  load(o, 3);
+  const std::set<int> ways = expect_all_right();
+  EXPECT_EQ(ways.count(LeafTable::kOneByOne), 1U);
+  EXPECT_EQ(ways.count(LeafTable::kFew + 2), 1U);
+}
+
+// 32768 leaves of three values, no two of which have the same indices.
+TEST_F(Leaves, OfMoreCombinationsOfValuesThanAreKeptAreTakenValueByValue) {
+  std::mt19937 random(4);
+  PlainOptions o;
+  o.nb_models = 60;
+  o.nb_sets = 0;
+  o.alphabet = "abcdefghijklmnopqrstuvwxyz012345";
+  o.density = 1;
+  o.built = true;
+  PlainGroup plain = random_group(&random, o);
+  PlainLeaf* leaf = plain.leaves.data();
+  PlainLeaf* const end = leaf + plain.leaves.size();
+  for (uint8_t a = 0; a < 60; ++a) {
+    for (uint8_t b = 0; b < a; ++b) {
+      for (uint8_t c = 0; c < b && leaf != end; ++c) {
+        (leaf++)->values = {{a, 1}, {b, static_cast<uint8_t>(random())}, {c, 255}};
+      }
+    }
+  }
+  ASSERT_EQ(leaf, end);
+  load(plain);
+  build(order_lanes(group_), LeafTable::kRoom);
+  const std::set<int> ways = expect_right(101);
+  EXPECT_EQ(ways, (std::set<int>{LeafTable::kFew + 3, LeafTable::kOneByOne}));
+}
+
+// Indices far apart give more shapes than there may be, and some rows one that is too wide.
+TEST_F(Leaves, OfMoreShapesThanThereMayBeAreCreditedAsTheirValuesSay) {
+  std::mt19937 random(5);
+  PlainOptions o;
+  o.nb_models = 70;
+  o.nb_sets = 0;
+  o.alphabet = "abcdefgh";
+  o.density = 1;
+  o.built = true;
+  PlainGroup plain = random_group(&random, o);
+  for (PlainLeaf& leaf : plain.leaves) {
+    leaf.values.clear();
+    for (uint8_t model = 0; model < 70; ++model) {
+      if (random() % 12 == 0) leaf.values.push_back({model, static_cast<uint8_t>(random())});
+    }
+  }
+  load(plain);
+  LaneOrder lane_of;
+  for (size_t i = 0; i < kLanes; ++i) lane_of[i] = static_cast<uint8_t>(i * 37);
+  build(lane_of, LeafTable::kRoom);
+  EXPECT_EQ(expect_all_right().count(LeafTable::kRows), 1U);
+  EXPECT_EQ(leaves_.nb_ways(), LeafTable::kNbWays);
+}
+
 // One of each of many leaves, as often as fills the lists several times.
 TEST_F(Leaves, OfAListAreAllCreditedHoweverMany) {
   PlainOptions o;

@@ -10,6 +10,7 @@
 #include "lib/eval/coverage.h"
 #include "lib/eval/lanes.h"
 #include "lib/eval/row_adder.h"
+#include "lib/eval/unigram_rows.h"
 #include "lib/mgroup/group_format.h"
 #include "lib/mgroup/lid_mgroup.h"
 #include "tests/mgroup/group_files.h"
@@ -109,6 +110,46 @@ void expect_all_add_alike(std::mt19937* random, size_t nb_sets, uint32_t most) {
     alignas(64) std::array<uint16_t, kMostModels> covered;
     add(sets.data(), added.data(), nb_sets, total, covered.data());
     EXPECT_EQ(covered, expected) << nb_sets << " sets, " << total << " times";
+  }
+}
+
+// Models of which some know a byte, and counts that are and are not added in the same words.
+TEST(UnigramRows, AllAddAlike) {
+  constexpr size_t kNbModels = 203;
+  std::mt19937 random(6);
+  std::vector<int> fact_of;
+  std::vector<UlpEntry> entries;
+  for (size_t m = 0; m < kNbModels; ++m) {
+    fact_of.push_back(static_cast<int>(m));
+    const auto model = static_cast<uint8_t>(m);
+    if (random() % 3 != 0) entries.push_back({model, static_cast<uint8_t>(random()), model});
+  }
+  std::array<const UlpEntry*, 256> first;
+  first.fill(entries.data());
+  std::array<int, 256> count = {};
+  count['x'] = static_cast<int>(entries.size());
+  for (size_t adder = 0; adder < UnigramRows::nb_adders(); ++adder) {
+    UnigramRows rows;
+    ASSERT_TRUE(rows.build(fact_of, first.data(), count.data()));
+    rows.use_adder(adder);
+    std::array<uint32_t, kNbModels> sums = {};
+    std::array<uint32_t, kNbModels> counts = {};
+    for (const uint32_t times : {1U, 4094U, 2U, 4095U, 4096U, 100000U, 0U, 300U}) {
+      alignas(64) std::array<uint16_t, kMostModels> covered;
+      // Without occurrences only what is covered is taken off.
+      const uint32_t most = times == 0 ? 300 : std::min(times, kMostCovered);
+      for (uint16_t& c : covered) c = static_cast<uint16_t>(random() % (most + 1));
+      rows.add('x', times, covered.data());
+      for (const UlpEntry& e : entries) {
+        sums[e.model] += e.q * (times - covered[e.model]);
+        counts[e.model] += times - covered[e.model];
+      }
+    }
+    const LaneSums& found = rows.sums();
+    for (size_t m = 0; m < kNbModels; ++m) {
+      ASSERT_EQ(found.sums[m], sums[m]) << "adder " << adder << ", model " << m;
+      ASSERT_EQ(found.counts[m], counts[m]) << "adder " << adder << ", model " << m;
+    }
   }
 }
 

@@ -228,7 +228,7 @@ TEST_P(TwinOfRows, ScoresAreTheSameWhateverTheVectors) {
   }
 }
 
-TEST_P(TwinOfRows, ScoresAreTheSameWhenMoreTrigramsComeThanThereAreNumbers) {
+TEST_P(TwinOfRows, ScoresAreTheSameWhenMoreTrigramsComeThanThereIsRoomFor) {
   std::mt19937 random(10);
   PlainOptions o;
   o.alphabet.clear();
@@ -240,6 +240,19 @@ TEST_P(TwinOfRows, ScoresAreTheSameWhenMoreTrigramsComeThanThereAreNumbers) {
   o.odd_leaves = true;
   const PlainGroup plain = orva::random_group(&random, o);
   expect_same_for(plain, orva::random_text(&random, o, 150000), {9999, 40000});
+}
+
+TEST_P(TwinOfRows, ScoresAreTheSameWhenMoreLeavesComeThanThereAreNumbers) {
+  std::mt19937 random(12);
+  PlainOptions o;
+  o.alphabet.clear();
+  for (int c = 0; c < 42; ++c) o.alphabet += static_cast<char>(0x40 + c);
+  o.density = 1;
+  o.nb_models = 3;
+  o.nb_sets = 0;
+  o.built = true;
+  const PlainGroup plain = orva::random_group(&random, o);
+  expect_same_for(plain, orva::random_text(&random, o, 300000), {10000, 100000});
 }
 
 // Two hundred thousand occurrences of one trigram are more than vectors of 16 bits can count.

@@ -23,10 +23,17 @@ std::string step_by_step(const PreprocessSwitches& on, std::string text) {
   return text.substr(0, static_cast<size_t>(length));
 }
 
-std::string in_one_pass(Preprocess preprocess, const PreprocessSwitches& on, std::string text) {
-  const int length =
-      preprocess(on, reinterpret_cast<unsigned char*>(text.data()), static_cast<int>(text.size()));
-  return text.substr(0, static_cast<size_t>(length));
+// Bytes beside the text, which must stay as they are.
+const std::string kBeside(64, 'A');
+
+std::string in_one_pass(Preprocess preprocess, const PreprocessSwitches& on,
+                        const std::string& text) {
+  std::string all = kBeside + text + kBeside;
+  auto* const bytes = reinterpret_cast<unsigned char*>(all.data()) + kBeside.size();
+  const int length = preprocess(on, bytes, static_cast<int>(text.size()));
+  EXPECT_EQ(all.substr(0, kBeside.size()), kBeside);
+  EXPECT_EQ(all.substr(kBeside.size() + text.size()), kBeside);
+  return all.substr(kBeside.size(), static_cast<size_t>(length));
 }
 
 TEST(Preprocess, OnePassGivesWhatTheStepsGiveOneAfterTheOther) {
