@@ -115,6 +115,7 @@ __attribute__((target("avx512bw"))) void add_sets_avx512(const ModelSet* all,
     __m512i totals[kAtOnce];
     for (__m512i& total : totals) total = _mm512_setzero_si512();
     for (const CoverTimes* s = sets; s != sets + count; ++s) {
+      __builtin_prefetch(&all[s[kSetsAhead].set]);
       const __m512i times = _mm512_set1_epi16(static_cast<int16_t>(s->times));
       __mmask32 bits[kAtOnce];
       memcpy(bits, reinterpret_cast<const unsigned char*>(all[s->set].words) + from / 8,

@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "lib/eval/credit_lists.h"
@@ -51,6 +52,8 @@ class NumberedLeaves {
 
   // Counts trigrams of a run by their numbers. REQUIRES: at most 65535 in a run.
   void count(const uint16_t* numbers, size_t n);
+  // Whether kNone was among those counted, which is as if it were not after that.
+  bool take_none() { return std::exchange(times_[kNone], uint16_t{0}) != 0; }
   // Adds those counted to lists to be credited, and to the pending ones.
   void take_run(CreditLists* lists);
 

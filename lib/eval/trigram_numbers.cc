@@ -1,7 +1,5 @@
 #include "lib/eval/trigram_numbers.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -18,24 +16,6 @@ constexpr uint32_t kMostNumbers = 32768 * kInChunk;
 // That many are kNone, so that any first byte finds it where there is no chunk.
 constexpr uint32_t kNbNone = 256;
 static_assert(kMostNumbers - kNbNone >= TrigramNumbers::kMostFound * kInChunk);
-
-// Stores the places of numbers that are none, and returns how many they are.
-size_t find_none(const uint16_t* numbers, size_t n, uint16_t* places) {
-  constexpr size_t kInVector = 8;
-  size_t nb_found = 0;
-  const auto look_at = [&](size_t i) {
-    if (numbers[i] == TrigramNumbers::kNone) places[nb_found++] = static_cast<uint16_t>(i);
-  };
-  size_t i = 0;
-  for (; i + kInVector <= n; i += kInVector) {
-    const auto* const lanes = reinterpret_cast<const __m128i*>(numbers + i);
-    const __m128i is_none = _mm_cmpeq_epi16(_mm_loadu_si128(lanes), __m128i());
-    if (_mm_movemask_epi8(is_none) == 0) continue;
-    for (size_t k = i; k < i + kInVector; ++k) look_at(k);
-  }
-  for (; i < n; ++i) look_at(i);
-  return nb_found;
-}
 
 }  // namespace
 
@@ -66,8 +46,8 @@ uint16_t* TrigramNumbers::place_of(Trigram trigram) {
   return numbers_.get() + chunk + trigram.first_byte();
 }
 
-size_t TrigramNumbers::find(unsigned pair, const unsigned char* buf, size_t n, uint16_t* numbers,
-                            uint16_t* places) const {
+void TrigramNumbers::find(unsigned pair, const unsigned char* buf, size_t n,
+                          uint16_t* numbers) const {
   const uint32_t* const chunks = chunks_.data();
   const uint16_t* const all = numbers_.get();
   uint32_t before = (pair & 0xFF) << 8 | (pair >> 8 & 0xFF);
@@ -83,7 +63,6 @@ size_t TrigramNumbers::find(unsigned pair, const unsigned char* buf, size_t n, u
     memcpy(&bytes, buf + i - 3, sizeof bytes);
     numbers[i] = all[chunks[chunk_of({bytes >> 8})] + buf[i - 2]];
   }
-  return find_none(numbers, n, places);
 }
 
 }  // namespace orva

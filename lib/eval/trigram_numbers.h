@@ -5,7 +5,7 @@
 // is.
 //
 //   orva::TrigramNumbers numbers;
-//   const size_t unknown = numbers.find(pair, buf, n, found, places);
+//   numbers.find(pair, buf, n, found);
 //   uint16_t* const place = numbers.place_of(trigram);
 //   if (place != nullptr) *place = number;
 //
@@ -37,10 +37,8 @@ class TrigramNumbers {
   static constexpr size_t kMostFound = 2048;  // at once
 
   // Stores the numbers of the trigrams that end in buf[0], ..., buf[n - 1], where the byte pair
-  // `pair`, its first byte in the upper 8 bits, comes before buf. Returns how many have none, and
-  // stores the places of these. REQUIRES: n <= kMostFound.
-  size_t find(unsigned pair, const unsigned char* buf, size_t n, uint16_t* numbers,
-              uint16_t* places) const;
+  // `pair`, its first byte in the upper 8 bits, comes before buf. REQUIRES: n <= kMostFound.
+  void find(unsigned pair, const unsigned char* buf, size_t n, uint16_t* numbers) const;
   uint16_t find_one(Trigram trigram) const;
 
   // Where the number of a trigram is, or is to be stored if it has none. Null when there is no room

@@ -41,18 +41,12 @@ void TrigramScorer::reset() {
 
 void TrigramScorer::feed(unsigned pair, const unsigned char* buf, size_t n) {
   is_fed_ = true;
-  uint16_t numbers[TrigramNumbers::kMostFound];
-  uint16_t unknown[TrigramNumbers::kMostFound];
   for (size_t now = 0; n != 0; buf += now, n -= now) {
     now = std::min(n, TrigramNumbers::kMostFound);
-    size_t nb_unknown = numbers_.find(pair, buf, now, numbers, unknown);
-    if (nb_unknown != 0 && !learn(pair, buf, unknown, nb_unknown, numbers)) {
-      static_assert(NumberedLeaves::kMostAfterClear >= TrigramNumbers::kMostFound);
-      forget_numbers();
-      nb_unknown = numbers_.find(pair, buf, now, numbers, unknown);
-      learn(pair, buf, unknown, nb_unknown, numbers);
-    }
+    uint16_t numbers[TrigramNumbers::kMostFound];
+    numbers_.find(pair, buf, now, numbers);
     numbered_.count(numbers, now);
+    if (numbered_.take_none()) learn(pair, buf, numbers, now);
     unfolded_ += now;
     for (size_t i = now - std::min<size_t>(now, 2); i < now; ++i) pair = pair << 8 | buf[i];
   }
@@ -73,23 +67,32 @@ void TrigramScorer::forget_numbers() {
   numbers_.clear();
 }
 
-// Gives numbers to the trigrams that end at some places of buf and have none yet. False when not
-// enough are left.
-bool TrigramScorer::learn(unsigned pair, const unsigned char* buf, const uint16_t* unknown,
-                          size_t nb_unknown, uint16_t* numbers) {
+// Gives numbers to the trigrams that end in buf[0], ..., buf[n - 1] and have none, and counts
+// these.
+void TrigramScorer::learn(unsigned pair, const unsigned char* buf, const uint16_t* numbers,
+                          size_t n) {
+  Trigram trigrams[TrigramNumbers::kMostFound];
+  size_t nb_unknown = 0;
+  for (size_t i = 0; i < n; ++i) {
+    if (numbers[i] != TrigramNumbers::kNone) continue;
+    const unsigned first = i > 1 ? buf[i - 2] : pair >> (i == 0 ? 8 : 0) & 0xFF;
+    const unsigned second = i > 0 ? buf[i - 1] : pair & 0xFF;
+    trigrams[nb_unknown++] = {first | second << 8 | unsigned{buf[i]} << 16};
+  }
+  uint16_t given[TrigramNumbers::kMostFound];
+  if (!learn_all(trigrams, nb_unknown, given)) {
+    static_assert(NumberedLeaves::kMostAfterClear >= TrigramNumbers::kMostFound);
+    forget_numbers();
+    learn_all(trigrams, nb_unknown, given);
+  }
+  numbered_.count(given, nb_unknown);
+}
+
+// False when not enough numbers are left.
+bool TrigramScorer::learn_all(const Trigram* trigrams, size_t n, uint16_t* numbers) {
   constexpr size_t kAtOnce = TrigramIndex::kMostFound;
-  for (size_t from = 0; from < nb_unknown; from += kAtOnce) {
-    const size_t n = std::min(kAtOnce, nb_unknown - from);
-    Trigram trigrams[kAtOnce];
-    for (size_t k = 0; k < n; ++k) {
-      const size_t i = unknown[from + k];
-      const unsigned first = i > 1 ? buf[i - 2] : pair >> (i == 0 ? 8 : 0) & 0xFF;
-      const unsigned second = i > 0 ? buf[i - 1] : pair & 0xFF;
-      trigrams[k] = {first | second << 8 | unsigned{buf[i]} << 16};
-    }
-    uint16_t given[kAtOnce];
-    if (!learn_some(trigrams, n, given)) return false;
-    for (size_t k = 0; k < n; ++k) numbers[unknown[from + k]] = given[k];
+  for (size_t from = 0; from < n; from += kAtOnce) {
+    if (!learn_some(trigrams + from, std::min(kAtOnce, n - from), numbers + from)) return false;
   }
   return true;
 }

@@ -64,8 +64,8 @@ class TrigramScorer {
   }
 
  private:
-  bool learn(unsigned pair, const unsigned char* buf, const uint16_t* unknown, size_t nb_unknown,
-             uint16_t* numbers);
+  void learn(unsigned pair, const unsigned char* buf, const uint16_t* numbers, size_t n);
+  bool learn_all(const Trigram* trigrams, size_t n, uint16_t* numbers);
   bool learn_some(const Trigram* trigrams, size_t n, uint16_t* numbers);
   uint16_t number_for(uint32_t leaf_id, unsigned char last_byte);
   void forget_numbers();
